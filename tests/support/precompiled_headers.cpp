@@ -1,0 +1,1 @@
+// The program that owns the tests' precompiled header; it has no tests.

@@ -1,0 +1,187 @@
+#include "tests/support/private_host.h"
+
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <exception>
+#include <sstream>
+#include <stdexcept>
+#include <vector>
+
+#include "tests/support/command.h"
+#include "tests/support/scratch_dir.h"
+
+namespace zebcomn_test {
+namespace {
+
+/// A directory that every system has, nothing reads from during a test, and that the private mount
+/// namespace can cover.
+constexpr const char* kStage = "/mnt";
+constexpr char kSuccess = '+';
+constexpr char kFailure = '-';
+
+[[noreturn]] void Fail(const std::string& what) {
+  throw std::runtime_error(what + ": " + std::strerror(errno));
+}
+
+void WriteIdMap(const char* file, unsigned outside) {
+  std::ostringstream map;
+  map << "0 " << outside << " 1";
+  WriteFile(file, map.str());
+}
+
+void EnterNamespaces() {
+  const uid_t uid = geteuid();
+  const gid_t gid = getegid();
+  const int user = uid == 0 ? 0 : CLONE_NEWUSER;
+  if (unshare(user | CLONE_NEWNS | CLONE_NEWNET | CLONE_NEWUTS) != 0) Fail("unshare");
+  if (user != 0) {
+    WriteFile("/proc/self/setgroups", "deny");
+    WriteIdMap("/proc/self/uid_map", uid);
+    WriteIdMap("/proc/self/gid_map", gid);
+  }
+  if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) Fail("private mounts");
+}
+
+std::string ChildMain(const std::function<std::string(PrivateHost&)>& body) {
+  try {
+    EnterNamespaces();
+    PrivateHost host;
+    return kSuccess + body(host);
+  } catch (const std::exception& error) {
+    return kFailure + std::string(error.what());
+  }
+}
+
+void WriteAll(int fd, const std::string& text) {
+  size_t done = 0;
+  while (done < text.size()) {
+    const ssize_t wrote = write(fd, text.data() + done, text.size() - done);
+    if (wrote <= 0) _exit(3);
+    done += static_cast<size_t>(wrote);
+  }
+}
+
+std::string ReadAll(int fd) {
+  std::string text;
+  std::array<char, 4096> block{};
+  for (ssize_t got = 0; (got = read(fd, block.data(), block.size())) != 0;) {
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) Fail("read");
+    text.append(block.data(), static_cast<size_t>(got));
+  }
+  return text;
+}
+
+}  // namespace
+
+void PrivateHost::MountStage() {
+  if (!stage_.empty()) return;
+  if (mount("stage", kStage, "tmpfs", 0, "mode=755") != 0) Fail("stage");
+  stage_ = kStage;
+}
+
+std::string PrivateHost::NewStageFile() {
+  MountStage();
+  return stage_ + "/file" + std::to_string(next_file_++);
+}
+
+void PrivateHost::OverlayEtc() {
+  if (etc_overlaid_) return;
+  MountStage();
+  const std::string upper = stage_ + "/upper";
+  const std::string work = stage_ + "/work";
+  if (mkdir(upper.c_str(), 0755) != 0 || mkdir(work.c_str(), 0755) != 0) Fail("overlay folders");
+  const std::string options = "lowerdir=/etc,upperdir=" + upper + ",workdir=" + work;
+  if (mount("overlay", "/etc", "overlay", 0, options.c_str()) != 0) Fail("overlay of /etc");
+  etc_overlaid_ = true;
+}
+
+void PrivateHost::PutFile(const std::string& path, const std::string& text) {
+  if (path.rfind("/etc/", 0) == 0) {
+    OverlayEtc();
+    // A link or a mount of the real host must not be written through.
+    unlink(path.c_str());
+    WriteFile(path, text);
+    return;
+  }
+  const std::string staged = NewStageFile();
+  WriteFile(staged, text);
+  if (mount(staged.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) != 0) Fail("bind on " + path);
+}
+
+void PrivateHost::RemoveEtcFile(const std::string& path) {
+  OverlayEtc();
+  if (unlink(path.c_str()) != 0 && errno != ENOENT) Fail("unlink " + path);
+}
+
+void PrivateHost::PutEmptyDirectory(const std::string& path) {
+  if (mount("empty", path.c_str(), "tmpfs", 0, "mode=755") != 0) Fail("tmpfs on " + path);
+}
+
+void PrivateHost::SetNodeName(const std::string& name) {
+  if (sethostname(name.data(), name.size()) != 0) Fail("sethostname");
+}
+
+void PrivateHost::SetNisDomain(const std::string& name) {
+  if (setdomainname(name.data(), name.size()) != 0) Fail("setdomainname");
+}
+
+void PrivateHost::Ip(const std::string& arguments) {
+  std::vector<std::string> words = {"ip"};
+  std::istringstream text(arguments);
+  for (std::string word; text >> word;) words.push_back(word);
+  const CommandResult result = RunCommand(words);
+  if (result.exit_status != 0) throw std::runtime_error("ip " + arguments + ": " + result.err);
+}
+
+void PrivateHost::AddVeth(const std::string& name) {
+  Ip("link add " + name + " type veth peer name " + name + "-peer");
+  Ip("link set " + name + " up");
+  Ip("link set " + name + "-peer up");
+}
+
+std::string WhyNoPrivateHost() {
+  try {
+    RunInPrivateHost([](PrivateHost& host) {
+      host.PutFile("/etc/zebcomn-probe", "");
+      host.AddVeth("probe0");
+      return std::string();
+    });
+    return "";
+  } catch (const std::exception& error) {
+    return std::string("no private namespaces here: ") + error.what();
+  }
+}
+
+std::string RunInPrivateHost(const std::function<std::string(PrivateHost&)>& body) {
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) Fail("pipe2");
+  const pid_t child = fork();
+  if (child < 0) Fail("fork");
+  if (child == 0) {
+    close(ends[0]);
+    WriteAll(ends[1], ChildMain(body));
+    _exit(0);
+  }
+  close(ends[1]);
+  const std::string answer = ReadAll(ends[0]);
+  close(ends[0]);
+  int status = 0;
+  waitpid(child, &status, 0);
+  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || answer.empty()) {
+    throw std::runtime_error("the child in the private host ended with status " +
+                             std::to_string(status));
+  }
+  if (answer[0] != kSuccess) throw std::runtime_error(answer.substr(1));
+  return answer.substr(1);
+}
+
+}  // namespace zebcomn_test

@@ -1,0 +1,24 @@
+#ifndef ZEBCOMN_ZEBCOMN_H_
+#define ZEBCOMN_ZEBCOMN_H_
+
+/// \file
+/// Every public header at once, for callers. The library's own sources include the narrow header
+/// that they need instead. A C caller gets the part of the interface that C can express.
+
+#include "zebcomn/export.h"
+#include "zebcomn/portable/types.h"
+
+// Portability layer.
+
+// Lists and locks.
+
+#ifdef __cplusplus
+// System properties.
+
+// Network.
+
+// Utilities.
+#include "zebcomn/util/data_constants.h"
+#endif
+
+#endif  // ZEBCOMN_ZEBCOMN_H_
