@@ -18,7 +18,10 @@
 // Network.
 
 // Utilities.
+#include "zebcomn/util/byte_order.h"
 #include "zebcomn/util/data_constants.h"
+#include "zebcomn/util/string_helpers.h"
+#include "zebcomn/util/text_conversion.h"
 #endif
 
 #endif  // ZEBCOMN_ZEBCOMN_H_

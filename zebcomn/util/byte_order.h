@@ -1,0 +1,13 @@
+#ifndef ZEBCOMN_UTIL_BYTE_ORDER_H_
+#define ZEBCOMN_UTIL_BYTE_ORDER_H_
+
+#include "zebcomn/export.h"
+
+namespace quenty_com::pelu {
+
+/// True on a big-endian host. Asks the memory itself; never fails; any thread may call it.
+ZEBCOMN_EXPORT bool isBigEndian();
+
+}  // namespace quenty_com::pelu
+
+#endif  // ZEBCOMN_UTIL_BYTE_ORDER_H_
