@@ -14,6 +14,8 @@
 
 #ifdef __cplusplus
 // System properties.
+#include "zebcomn/sysprops/property_names.h"
+#include "zebcomn/sysprops/sysprops_comn.h"
 
 // Network.
 
