@@ -1,0 +1,4 @@
+#include <zebcomn/zebcomn.h>
+
+int CPart(void);
+int CPart(void) { return TRUE; }
