@@ -9,6 +9,10 @@
 #include "zebcomn/portable/types.h"
 
 // Portability layer.
+#include "zebcomn/portable/clock.h"
+#include "zebcomn/portable/guid.h"
+#include "zebcomn/portable/number_text.h"
+#include "zebcomn/portable/system_names.h"
 
 // Lists and locks.
 
@@ -24,6 +28,9 @@
 #include "zebcomn/util/data_constants.h"
 #include "zebcomn/util/string_helpers.h"
 #include "zebcomn/util/text_conversion.h"
+#include "zebcomn/util/time_stamp.h"
+#include "zebcomn/util/time_zone.h"
+#include "zebcomn/util/uptime.h"
 #endif
 
 #endif  // ZEBCOMN_ZEBCOMN_H_

@@ -1,0 +1,43 @@
+#include "zebcomn/portable/clock.h"
+
+#include <sys/times.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <ctime>
+
+namespace {
+
+constexpr std::uint32_t kMillisecondsPerSecond = 1000;
+constexpr int kFirstYear = 1900;
+
+static_assert(sizeof(tivSystemTime_t) == 16 && offsetof(tivSystemTime_t, wMilliseconds) == 14);
+
+}  // namespace
+
+uint32_t tivGetTickCount(void) {
+  const long ticks_per_second = sysconf(_SC_CLK_TCK);
+  if (ticks_per_second <= 0) return 0;
+  tms unused;
+  const auto ticks = static_cast<std::uint32_t>(times(&unused));
+  // Kept: the product wraps as a signed 32-bit number before it is divided, on every word size.
+  const auto product = static_cast<std::int32_t>(ticks * kMillisecondsPerSecond);
+  return static_cast<uint32_t>(product / static_cast<std::int32_t>(ticks_per_second));
+}
+
+void tivGetSystemTime(tivSystemTime_t* time) {
+  if (time == nullptr) return;
+  *time = {};
+  const std::time_t now = ::time(nullptr);
+  tm fields{};
+  // Kept: local time, not UTC, despite the name.
+  if (localtime_r(&now, &fields) == nullptr) return;
+  time->wYear = static_cast<uint16_t>(fields.tm_year + kFirstYear);
+  time->wMonth = static_cast<uint16_t>(fields.tm_mon + 1);
+  time->wDayOfWeek = static_cast<uint16_t>(fields.tm_wday);
+  time->wDay = static_cast<uint16_t>(fields.tm_mday);
+  time->wHour = static_cast<uint16_t>(fields.tm_hour);
+  time->wMinute = static_cast<uint16_t>(fields.tm_min);
+  time->wSecond = static_cast<uint16_t>(fields.tm_sec);
+}

@@ -1,0 +1,63 @@
+#include "zebcomn/util/time_zone.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "zebcomn/portable/held_mutex_internal.h"
+#include "zebcomn/util/text_conversion.h"
+
+namespace quenty_com::pelu {
+
+pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+
+namespace {
+
+constexpr std::size_t kMaxZoneText = 1024;
+constexpr std::size_t kMaxZoneName = 63;
+
+// Switches the process to UTC and back. The library's mutex is held meanwhile.
+class UtcZone {
+ public:
+  UtcZone() {
+    const char* const zone = std::getenv("TZ");
+    if (zone != nullptr && strnlen(zone, kMaxZoneText + 1) <= kMaxZoneText) {
+      std::strcpy(saved_, zone);
+    }
+    setenv("TZ", "", 1);
+    tzset();
+  }
+  ~UtcZone() {
+    // Kept: an empty or overlong value is not put back; "TZ" is absent after it.
+    if (saved_[0] != '\0') {
+      setenv("TZ", saved_, 1);
+    } else {
+      unsetenv("TZ");
+    }
+    tzset();
+  }
+  UtcZone(const UtcZone&) = delete;
+  UtcZone& operator=(const UtcZone&) = delete;
+
+ private:
+  char saved_[kMaxZoneText + 1] = {};
+};
+
+}  // namespace
+
+std::time_t zebcomn_timegm(std::tm* time) {
+  if (time == nullptr) return -1;
+  const zebcomn::HeldMutex held(mutex);
+  const UtcZone utc;
+  return std::mktime(time);
+}
+
+unsigned int zebcomn_gettimezone(std::wstring& name) {
+  const zebcomn::HeldMutex held(mutex);
+  if (tzname[0] == nullptr) return 0;
+  char text[kMaxZoneName + 1] = {};
+  std::strncpy(text, tzname[0], kMaxZoneName);
+  name = tivmcomn_ansi_to_wide(text);
+  return 1;
+}
+
+}  // namespace quenty_com::pelu

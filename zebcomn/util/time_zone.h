@@ -1,0 +1,40 @@
+#ifndef ZEBCOMN_UTIL_TIME_ZONE_H_
+#define ZEBCOMN_UTIL_TIME_ZONE_H_
+
+/// \file
+/// What depends on the process's time zone: the zone itself and the environment variable "TZ"
+/// belong to the whole process, so these calls hold one mutex for all of their work. Code outside
+/// the library that changes "TZ" or calls `tzset` while other threads run should hold it too.
+/// `nErrno` is left alone.
+
+#include <pthread.h>
+
+#include <ctime>
+#include <string>
+
+#include "zebcomn/export.h"
+
+namespace quenty_com::pelu {
+
+/// Guards "TZ", `tzset` and `tzname`. Usable from static initialisation on; not recursive. No other
+/// lock is taken inside it.
+ZEBCOMN_EXPORT extern pthread_mutex_t mutex;
+
+/// Seconds since the epoch of a broken-down UTC time: the inverse of `gmtime`.
+///
+/// For the length of the call "TZ" is empty, which threads that break down local time meanwhile can
+/// see. Afterwards it has its old value again, except that a value that was empty, or longer than
+/// 1024 bytes, is lost: "TZ" is then absent.
+///
+/// \param[in,out] time  Normalised in place, as by `mktime`.
+/// \return -1 when `mktime` cannot express the time, and for null.
+ZEBCOMN_EXPORT std::time_t zebcomn_timegm(std::tm* time);
+
+/// The abbreviation of the standard-time zone that the process last set up; it calls no `tzset`.
+/// \param[out] name  Receives the name, cut to 63 bytes. Untouched when there is none.
+/// \return 1 when a name was stored, 0 otherwise.
+ZEBCOMN_EXPORT unsigned int zebcomn_gettimezone(std::wstring& name);
+
+}  // namespace quenty_com::pelu
+
+#endif  // ZEBCOMN_UTIL_TIME_ZONE_H_
