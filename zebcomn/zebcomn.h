@@ -22,6 +22,9 @@
 #include "zebcomn/sysprops/sysprops_comn.h"
 
 // Network.
+#include "zebcomn/network/ipv6_text.h"
+#include "zebcomn/network/netinterface.h"
+#include "zebcomn/network/netinterface_linux.h"
 
 // Utilities.
 #include "zebcomn/util/byte_order.h"

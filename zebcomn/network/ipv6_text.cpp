@@ -1,0 +1,142 @@
+#include "zebcomn/network/ipv6_text.h"
+
+#include <algorithm>
+#include <cinttypes>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <new>
+#include <string_view>
+
+#include "zebcomn/network/ipv6_text_internal.h"
+
+namespace zebcomn {
+
+bool TakeBracketsOff(std::string& text) {
+  const size_t open = text.find('[');
+  if (open == std::string::npos) return false;
+  const size_t close = text.find(']', open);
+  if (close == std::string::npos) return false;
+  text.erase(close);
+  text.erase(0, open + 1);
+  return true;
+}
+
+void RemoveScope(std::string& text) {
+  const size_t percent = text.find('%');
+  if (percent != std::string::npos) text.erase(percent);
+}
+
+}  // namespace zebcomn
+
+namespace {
+
+constexpr unsigned int kColonsOfFullAddress = 7;
+constexpr std::string_view kLiteralSuffix = ".ipv6-literal.net";
+
+/// What a 32-bit strtoul gives in base 16 for the group at the front of `text`, which its colon
+/// ends: numbers that do not fit are all ones, a minus sign negates.
+uint32_t ParseGroup(std::string_view text) {
+  constexpr uint32_t kAllOnes = std::numeric_limits<uint32_t>::max();
+  const std::string group(text);
+  const uint64_t value = std::strtoull(group.c_str(), nullptr, 16);
+  if (value <= kAllOnes) return static_cast<uint32_t>(value);
+  const size_t first = group.find_first_not_of(" \t\n\v\f\r");
+  const uint64_t magnitude = 0 - value;
+  if (group[first] == '-' && magnitude <= kAllOnes) return static_cast<uint32_t>(value);
+  return kAllOnes;
+}
+
+/// Cuts the group before the next colon, or before the end, off the front of `rest`.
+std::string_view TakeGroup(std::string_view& rest, bool& more) {
+  const size_t colon = rest.find(':');
+  const std::string_view group = rest.substr(0, colon);
+  more = colon != std::string_view::npos;
+  rest.remove_prefix(more ? colon + 1 : rest.size());
+  return group;
+}
+
+void AppendHexGroup(std::string& text, uint32_t value) {
+  char digits[9];
+  std::snprintf(digits, sizeof digits, "%" PRIx32, value);
+  text += digits;
+}
+
+}  // namespace
+
+uint16_t noOfOccurences(const std::string& text, char c, int cap) {
+  constexpr uint16_t kFirstCapped = 8;
+  // Kept: the counter has 16 bits, so 65536 occurrences count as none.
+  const auto count = static_cast<uint16_t>(std::count(text.begin(), text.end(), c));
+  return count < kFirstCapped ? count : static_cast<uint16_t>(cap);
+}
+
+std::string expandIPV6Address(std::string address) try {
+  zebcomn::RemoveScope(address);
+  const size_t gap = address.find("::");
+  if (gap == std::string::npos) return address;
+  const std::string left = address.substr(0, gap);
+  const std::string right = address.substr(gap + 1);
+  const unsigned int colons = noOfOccurences(left, ':', kColonsOfFullAddress) + 0U +
+                              noOfOccurences(right, ':', kColonsOfFullAddress);
+  std::string expanded = gap == 0 ? "0" : left;
+  for (unsigned int have = colons; have < kColonsOfFullAddress; ++have) expanded += ":0";
+  expanded += right;
+  if (expanded.back() == ':') expanded += '0';
+  return expanded;
+} catch (const std::bad_alloc&) {
+  return {};
+}
+
+std::string calculateSubNetAddrForV6(const std::string& address, const std::string& mask) try {
+  std::string_view address_rest = address;
+  std::string_view mask_rest = mask;
+  if (address_rest.empty() || mask_rest.empty()) return {};
+  std::string subnet;
+  for (bool more_address = true, more_mask = true; more_address && more_mask;) {
+    const uint32_t group = ParseGroup(TakeGroup(address_rest, more_address));
+    const uint32_t bits = ParseGroup(TakeGroup(mask_rest, more_mask));
+    AppendHexGroup(subnet, group & bits);
+    subnet += ':';
+  }
+  subnet.pop_back();
+  return subnet;
+} catch (const std::bad_alloc&) {
+  return {};
+}
+
+std::string convertV6AddrToLiteralFormat(std::string address) try {
+  if (address.find(kLiteralSuffix) != std::string::npos) return address;
+  if (address.find(':') == std::string::npos) return address;
+  zebcomn::TakeBracketsOff(address);
+  std::replace(address.begin(), address.end(), ':', '-');
+  // Kept: the scope is dropped, not written as the "s" part that the way back takes off.
+  zebcomn::RemoveScope(address);
+  address += kLiteralSuffix;
+  return address;
+} catch (const std::bad_alloc&) {
+  return {};
+}
+
+std::string convertLiteralFormatToV6Addr(std::string literal) try {
+  zebcomn::TakeBracketsOff(literal);
+  const size_t suffix = literal.find(kLiteralSuffix);
+  if (suffix == std::string::npos) return literal;
+  literal.erase(suffix);
+  std::replace(literal.begin(), literal.end(), '-', ':');
+  const size_t scope = literal.find('s');
+  if (scope != std::string::npos) literal.erase(scope);
+  return literal;
+} catch (const std::bad_alloc&) {
+  return {};
+}
+
+std::string::size_type findNthOccuranceOf(const std::string& text, const std::string& pattern,
+                                          const unsigned int& n) {
+  size_t position = std::string::npos;
+  for (unsigned int found = 0; found < n; ++found) {
+    position = text.find(pattern, position + 1);
+    if (position == std::string::npos) break;
+  }
+  return position;
+}
