@@ -6,13 +6,22 @@
 /// that they need instead. A C caller gets the part of the interface that C can express.
 
 #include "zebcomn/export.h"
-#include "zebcomn/portable/types.h"
 
 // Portability layer.
 #include "zebcomn/portable/clock.h"
+#include "zebcomn/portable/error.h"
+#include "zebcomn/portable/event.h"
+#include "zebcomn/portable/global_mutexes.h"
 #include "zebcomn/portable/guid.h"
+#include "zebcomn/portable/handle.h"
+#include "zebcomn/portable/interlocked.h"
+#include "zebcomn/portable/mutex.h"
 #include "zebcomn/portable/number_text.h"
 #include "zebcomn/portable/system_names.h"
+#include "zebcomn/portable/thread.h"
+#include "zebcomn/portable/tls.h"
+#include "zebcomn/portable/types.h"
+#include "zebcomn/portable/wait.h"
 
 // Lists and locks.
 

@@ -1,0 +1,33 @@
+#ifndef ZEBCOMN_PORTABLE_PLAIN_ATOMIC_INTERNAL_H_
+#define ZEBCOMN_PORTABLE_PLAIN_ATOMIC_INTERNAL_H_
+
+/// \file
+/// Atomic access to the plain objects of the C interface that several threads touch by design. The
+/// objects keep their plain types, since callers read them as such.
+
+namespace zebcomn {
+
+template <typename Value>
+Value LoadRelaxed(const Value* object) {
+  return __atomic_load_n(object, __ATOMIC_RELAXED);
+}
+
+/// Whoever reads a value here that StoreRelease() wrote sees what the writer did before.
+template <typename Value>
+Value LoadAcquire(const Value* object) {
+  return __atomic_load_n(object, __ATOMIC_ACQUIRE);
+}
+
+template <typename Value>
+void StoreRelaxed(Value* object, Value value) {
+  __atomic_store_n(object, value, __ATOMIC_RELAXED);
+}
+
+template <typename Value>
+void StoreRelease(Value* object, Value value) {
+  __atomic_store_n(object, value, __ATOMIC_RELEASE);
+}
+
+}  // namespace zebcomn
+
+#endif  // ZEBCOMN_PORTABLE_PLAIN_ATOMIC_INTERNAL_H_

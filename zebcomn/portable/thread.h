@@ -1,0 +1,70 @@
+#ifndef ZEBCOMN_PORTABLE_THREAD_H_
+#define ZEBCOMN_PORTABLE_THREAD_H_
+
+/// \file
+/// Threads behind handles. C11 and C++17. The rules of all handles stand in handle.h.
+///
+/// A thread is detached and starts running at once. Its handle becomes signalled when its routine
+/// has returned, or when it leaves through pthread_exit() or is cancelled. A handle that is closed
+/// earlier lets the thread run on by itself.
+///
+/// WARNING: the end of such a thread frees every slot of tls.h that this process has allocated.
+
+#include <pthread.h>
+
+#include "zebcomn/export.h"
+#include "zebcomn/portable/types.h"
+
+ZEBCOMN_BEGIN_C
+
+/// A thread's routine. Nobody collects its result.
+typedef DWORD (*tivThreadRoutine)(void* lpParameter);
+
+/// What a new thread is given: taken with malloc(), owned and freed by the thread.
+typedef struct tivThreadStartBlock {
+  pthread_mutex_t* pMutex;  ///< The handle record's `mutex`.
+  pthread_cond_t* pCond;    ///< The handle record's `cond`.
+  /// The handle record's `bSignalled`; `bDummyThreadSignalled` once the handle has been closed.
+  int32_t* pbSignalled;
+  tivThreadRoutine pfnStart;
+  void* pParam;  ///< The argument of `pfnStart`.
+} tivThreadStartBlock;
+
+/// Starts a thread. The handle belongs to the caller until tivCloseHandle().
+///
+/// \param lpThreadAttributes ignored.
+/// \param dwStackSize ignored: the stack has the system's default size.
+/// \param lpStartAddress the routine.
+/// \param lpParameter its argument.
+/// \param dwCreationFlags ignored: a thread always starts running.
+/// \param lpThreadId may be null; receives 0, never an id.
+/// \return the handle; TIV_INVALID_HANDLE with `nErrno` 22 (null `lpStartAddress`) or 12 (no memory
+///   for the handle), and with `nErrno` as it was when there is no memory for the start block or a
+///   pthread call fails. Nothing is left behind then.
+ZEBCOMN_EXPORT HANDLE tivBeginThread(void* lpThreadAttributes, DWORD dwStackSize,
+                                     tivThreadRoutine lpStartAddress, void* lpParameter,
+                                     DWORD dwCreationFlags, DWORD* lpThreadId);
+
+/// As tivBeginThread(), but a failure gives null.
+ZEBCOMN_EXPORT HANDLE tivCreateThread(void* lpThreadAttributes, DWORD dwStackSize,
+                                      tivThreadRoutine lpStartAddress, void* lpParameter,
+                                      DWORD dwCreationFlags, DWORD* lpThreadId);
+
+/// The entry routine of every thread: runs the routine of a start block and, however the routine is
+/// left, tivCleanupThread() after it. Null does nothing.
+///
+/// \param pStartBlock a `tivThreadStartBlock`; the call takes it over.
+/// \return the routine's result.
+ZEBCOMN_EXPORT void* tivThreadJuggle(void* pStartBlock);
+
+/// The end of every thread: frees the process's TLS slots, makes the thread's handle signalled and
+/// wakes its waiters (or stores 1 in `bDummyThreadSignalled` when the handle has been closed), and
+/// frees the start block. Null does nothing.
+ZEBCOMN_EXPORT void tivCleanupThread(void* pStartBlock);
+
+/// A hook for scheduling, called with each new thread's handle. It does nothing on this platform.
+ZEBCOMN_EXPORT void set_pthread_sched_param(HANDLE hThread);
+
+ZEBCOMN_END_C
+
+#endif  // ZEBCOMN_PORTABLE_THREAD_H_
