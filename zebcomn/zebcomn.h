@@ -24,6 +24,9 @@
 #include "zebcomn/portable/wait.h"
 
 // Lists and locks.
+#include "zebcomn/lists/Linklist.h"
+#include "zebcomn/lists/ll.h"
+#include "zebcomn/lists/ll2.h"
 
 #ifdef __cplusplus
 // System properties.
