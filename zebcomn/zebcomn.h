@@ -28,6 +28,9 @@
 #include "zebcomn/lists/ll.h"
 #include "zebcomn/lists/ll2.h"
 
+// Utilities that C callers reach.
+#include "zebcomn/util/filenameresolver.h"
+
 #ifdef __cplusplus
 // System properties.
 #include "zebcomn/sysprops/property_names.h"
@@ -41,7 +44,10 @@
 // Utilities.
 #include "zebcomn/util/byte_order.h"
 #include "zebcomn/util/data_constants.h"
+#include "zebcomn/util/filenameflattener.h"
+#include "zebcomn/util/sighandler.h"
 #include "zebcomn/util/string_helpers.h"
+#include "zebcomn/util/system_log.h"
 #include "zebcomn/util/text_conversion.h"
 #include "zebcomn/util/time_stamp.h"
 #include "zebcomn/util/time_zone.h"

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <sstream>
 #include <stdexcept>
 #include <vector>
@@ -90,6 +91,18 @@ void PrivateHost::RemoveEtcFile(const std::string& path) {
 
 void PrivateHost::PutEmptyDirectory(const std::string& path) {
   if (mount("empty", path.c_str(), "tmpfs", 0, "mode=755") != 0) Fail("tmpfs on " + path);
+}
+
+void PrivateHost::CoverDevices() {
+  MountStage();
+  const std::string real = stage_ + "/dev";
+  if (mkdir(real.c_str(), 0755) != 0) Fail("mkdir " + real);
+  if (mount("/dev", real.c_str(), nullptr, MS_BIND | MS_REC, nullptr) != 0) Fail("bind of /dev");
+  PutEmptyDirectory("/dev");
+  for (const auto& entry : std::filesystem::directory_iterator(real)) {
+    const std::string name = entry.path().filename();
+    if (name != "log") std::filesystem::create_symlink(entry.path(), "/dev/" + name);
+  }
 }
 
 void PrivateHost::SetNodeName(const std::string& name) {

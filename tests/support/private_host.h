@@ -18,6 +18,9 @@ class PrivateHost {
   void RemoveEtcFile(const std::string& path);
   /// Replaces a directory by an empty one (a temporary file system).
   void PutEmptyDirectory(const std::string& path);
+  /// Covers "/dev" by a folder with links to the same devices, to which a test may add its own
+  /// entries, and in which there is no "/dev/log".
+  void CoverDevices();
   /// Sets the node name, and the NIS domain name.
   void SetNodeName(const std::string& name);
   void SetNisDomain(const std::string& name);

@@ -1,0 +1,54 @@
+// The calls behind a line in the system log: opened, written and closed each time.
+#include <gtest/gtest.h>
+#include <syslog.h>
+
+#include <cstdarg>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "zebcomn/util/system_log.h"
+
+namespace {
+
+std::vector<std::string> calls;
+
+void Write(int level, const char* format, va_list args) {
+  char text[256] = "";
+  vsnprintf(text, sizeof text, format, args);
+  calls.push_back("vsyslog " + std::to_string(level) + " " + text);
+}
+
+}  // namespace
+
+extern "C" {
+void openlog(const char* ident, int options, int facility) {
+  calls.push_back("openlog " + std::string(ident) + " " + std::to_string(options) + " " +
+                  std::to_string(facility));
+}
+void closelog() {
+  calls.emplace_back("closelog");
+}
+void vsyslog(int level, const char* format, va_list args) {
+  Write(level, format, args);
+}
+/// What a fortified library calls.
+void __vsyslog_chk(int level, int, const char* format, va_list args) {
+  Write(level, format, args);
+}
+}
+
+namespace {
+
+TEST(SystemLogOptions, LogIsOpenedAndClosedAroundEveryLine) {
+  using namespace quenty_com::pelu;
+  calls.clear();
+  LogInSystemLog(PriorityWarning, "first %d", 1);
+  LogInSystemLog(PriorityInfo, "second");
+  const std::string opened =
+      "openlog [PELU] " + std::to_string(LOG_CONS | LOG_NDELAY) + " " + std::to_string(LOG_USER);
+  EXPECT_EQ(calls, (std::vector<std::string>{opened, "vsyslog 4 first 1", "closelog", opened,
+                                             "vsyslog 6 second", "closelog"}));
+}
+
+}  // namespace
