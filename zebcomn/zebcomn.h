@@ -37,9 +37,11 @@
 #include "zebcomn/sysprops/sysprops_comn.h"
 
 // Network.
+#include "zebcomn/network/host_names.h"
 #include "zebcomn/network/ipv6_text.h"
 #include "zebcomn/network/netinterface.h"
 #include "zebcomn/network/netinterface_linux.h"
+#include "zebcomn/network/network_util.h"
 
 // Utilities.
 #include "zebcomn/util/byte_order.h"

@@ -11,22 +11,13 @@
 
 #include "zebcomn/network/address_lists_internal.h"
 #include "zebcomn/network/ipv6_text.h"
+#include "zebcomn/network/name_text_internal.h"
 #include "zebcomn/network/netinterface.h"
 #include "zebcomn/portable/unique_fd_internal.h"
 
 namespace {
 
-constexpr socklen_t kLargestSocketAddress = 128;
 constexpr size_t kHardwareAddressBytes = 6;
-
-bool NumericHost(const sockaddr* address, socklen_t length, std::string& out) {
-  std::array<char, NI_MAXHOST> host{};
-  if (getnameinfo(address, length, host.data(), host.size(), nullptr, 0, NI_NUMERICHOST) != 0) {
-    return false;
-  }
-  out = host.data();
-  return true;
-}
 
 in_addr_t Ipv4Bits(const sockaddr* address) {
   sockaddr_in whole{};
@@ -101,8 +92,8 @@ int NetInterfaceList::initialize() {
 }
 
 bool getIPAddress(sockaddr* address, std::string& out) {
-  // getnameinfo reads as much as the address family has, whatever room it is told of.
-  return address != nullptr && NumericHost(address, kLargestSocketAddress, out);
+  return address != nullptr &&
+         zebcomn::HostText(address, zebcomn::kLargestSocketAddress, NI_NUMERICHOST, out);
 }
 
 bool getMacAddress(const unsigned int& family, const std::string& name, std::string& out) {
@@ -120,7 +111,7 @@ bool getMacAddress(const unsigned int& family, const std::string& name, std::str
 bool getNetMask(const unsigned int& family, sockaddr* mask, std::string& out) {
   if (mask == nullptr) return false;
   const socklen_t length = family == AF_INET ? sizeof(sockaddr_in) : sizeof(sockaddr_in6);
-  return NumericHost(mask, length, out);
+  return zebcomn::HostText(mask, length, NI_NUMERICHOST, out);
 }
 
 bool getNetAddr(const unsigned int& family, sockaddr* address, sockaddr* mask, std::string& out) {
