@@ -34,7 +34,10 @@
 #ifdef __cplusplus
 // System properties.
 #include "zebcomn/sysprops/property_names.h"
+#include "zebcomn/sysprops/sysprops.h"
+#include "zebcomn/sysprops/sysprops_api.h"
 #include "zebcomn/sysprops/sysprops_comn.h"
+#include "zebcomn/sysprops/sysprops_records.h"
 
 // Network.
 #include "zebcomn/network/host_names.h"

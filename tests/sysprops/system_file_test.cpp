@@ -1,0 +1,143 @@
+// Reading system files in blocks of whole lines, against a reader of single lines.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tests/support/descriptors.h"
+#include "tests/support/scratch_dir.h"
+#include "zebcomn/sysprops/system_file_internal.h"
+
+namespace {
+
+using zebcomn_test::ScratchDir;
+
+/// What the three tests of a line give over a whole file.
+struct Found {
+  std::size_t count = 0;
+  std::string first = "unset";
+  std::string second = "unset";
+
+  bool operator==(const Found& other) const {
+    return count == other.count && first == other.first && second == other.second;
+  }
+};
+
+Found Blockwise(const std::string& path) {
+  Found found;
+  zebcomn::ForEachLineBlock(path.c_str(), [&](std::string_view block) {
+    found.count += zebcomn::CountLinesWith(block, "key");
+    zebcomn::TakeLastValue(block, "key", found.first);
+    zebcomn::TakeLastValue(block, "MHz", found.second);
+  });
+  return found;
+}
+
+void TakeFromLine(const std::string& line, const std::string& word, std::string& value) {
+  if (line.find(word) == std::string::npos) return;
+  const std::size_t colon = line.find(':');
+  value = colon == std::string::npos ? "" : line.substr(colon + 1);
+}
+
+Found LineByLine(const std::string& text) {
+  Found found;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line) && line.size() <= 2047;) {
+    if (line.find("key") != std::string::npos) ++found.count;
+    TakeFromLine(line, "key", found.first);
+    TakeFromLine(line, "MHz", found.second);
+  }
+  return found;
+}
+
+std::string RandomLine(std::mt19937& random) {
+  static const std::vector<std::string> kPieces = {"key", "MHz", ":",  " ",    "ke",
+                                                   "yk",  "MH",  "\t", "mkey", "keykey"};
+  std::string line;
+  for (auto pieces = random() % 12; pieces > 0; --pieces) {
+    line += kPieces[random() % kPieces.size()];
+  }
+  if (random() % 8 == 0) line += std::string(random() % 2049, 'x');
+  if (random() % 16 == 0)
+    line.insert(0, std::string(2047 - std::min<size_t>(line.size(), 2047), 'y'));
+  return line;
+}
+
+TEST(SystemFile, BlocksGiveWhatSingleLinesGive) {
+  const ScratchDir dir;
+  std::mt19937 random(20240305);
+  for (int round = 0; round < 60; ++round) {
+    std::string text;
+    for (auto lines = random() % 1500; lines > 0; --lines) text += RandomLine(random) + '\n';
+    if (round % 2 == 0) text += RandomLine(random);
+    EXPECT_EQ(Blockwise(dir.Write("file", text)), LineByLine(text)) << "round " << round;
+  }
+}
+
+TEST(SystemFile, LineOf2047CharactersIsTakenAndOneMoreEndsTheReading) {
+  const ScratchDir dir;
+  for (const bool newline : {true, false}) {
+    const std::string end = newline ? "\n" : "";
+    const std::string fits = "key:" + std::string(2043, 'v');
+    EXPECT_EQ(Blockwise(dir.Write("f", "key:1\n" + fits + end)).count, 2u);
+    EXPECT_EQ(Blockwise(dir.Write("f", "key:1\n" + fits + end)).first, fits.substr(4));
+    const Found cut = Blockwise(dir.Write("f", "key:1\n" + fits + "v" + end + "\nkey:3\n"));
+    EXPECT_EQ(cut.count, 1u);
+    EXPECT_EQ(cut.first, "1");
+  }
+}
+
+TEST(SystemFile, LongLineIsSeenWhereverItStandsInABlock) {
+  const ScratchDir dir;
+  for (std::size_t before : {0u, 1u, 2046u, 63u * 1024u, 64u * 1024u - 1u, 64u * 1024u, 200000u}) {
+    std::string text;
+    while (text.size() < before)
+      text += std::string(std::min<size_t>(before - text.size(), 60), 'x') + "\n";
+    text += "key:kept\n" + std::string(2048, 'y') + "\nkey:lost\n";
+    EXPECT_EQ(Blockwise(dir.Write("f", text)).first, "kept") << before;
+  }
+}
+
+TEST(SystemFile, MissingUnreadableAndEndlessFilesEndQuietly) {
+  const ScratchDir dir;
+  const int open_before = zebcomn_test::OpenDescriptorCount();
+  for (const std::string& path : {dir / "none", dir.path(), std::string("/dev/null"),
+                                  std::string("/dev/zero"), std::string("/proc/self/mem")}) {
+    EXPECT_EQ(Blockwise(path), Found()) << path;
+  }
+  EXPECT_EQ(zebcomn::ReadSystemFile((dir / "none").c_str()), "");
+  EXPECT_EQ(zebcomn::ReadSystemFile(dir.path().c_str()), "");
+  EXPECT_EQ(zebcomn::ReadSystemFile("/dev/zero"), std::string(1024 * 1024, '\0'));
+  EXPECT_EQ(zebcomn_test::OpenDescriptorCount(), open_before);
+}
+
+TEST(SystemFile, WholeTextIsRead) {
+  const ScratchDir dir;
+  for (const size_t size : {0u, 1u, 4095u, 4096u, 4097u, 100000u}) {
+    std::string text(size, 'z');
+    if (size > 2) text[1] = '\n';
+    EXPECT_EQ(zebcomn::ReadSystemFile(dir.Write("f", text).c_str()), text);
+  }
+}
+
+TEST(SystemFile, LastLineWithTheWordGivesTheValue) {
+  std::string value = "before";
+  zebcomn::TakeLastValue("a: 1\nb: 2\n", "zz", value);
+  EXPECT_EQ(value, "before");
+  zebcomn::TakeLastValue("aa: 1\nb: 2\naa: 3:4\nb", "aa", value);
+  EXPECT_EQ(value, " 3:4");
+  zebcomn::TakeLastValue("x aa", "aa", value);
+  EXPECT_EQ(value, "") << "a line without a colon has an empty value";
+  zebcomn::TakeLastValue("", "aa", value);
+  EXPECT_EQ(value, "");
+}
+
+TEST(SystemFile, LineThatHoldsTheWordTwiceCountsOnce) {
+  EXPECT_EQ(zebcomn::CountLinesWith("key key\nxkeyx\nke\ny\n", "key"), 2u);
+  EXPECT_EQ(zebcomn::CountLinesWith("", "key"), 0u);
+  EXPECT_EQ(zebcomn::CountLinesWith("key", "key"), 1u);
+}
+
+}  // namespace
