@@ -9,19 +9,25 @@
 
 // Portability layer.
 #include "zebcomn/portable/clock.h"
+#include "zebcomn/portable/directory_search.h"
+#include "zebcomn/portable/dynamic_library.h"
 #include "zebcomn/portable/error.h"
 #include "zebcomn/portable/event.h"
+#include "zebcomn/portable/file.h"
 #include "zebcomn/portable/global_mutexes.h"
 #include "zebcomn/portable/guid.h"
 #include "zebcomn/portable/handle.h"
 #include "zebcomn/portable/interlocked.h"
 #include "zebcomn/portable/mutex.h"
+#include "zebcomn/portable/named_file.h"
 #include "zebcomn/portable/number_text.h"
+#include "zebcomn/portable/shared_object.h"
 #include "zebcomn/portable/system_names.h"
 #include "zebcomn/portable/thread.h"
 #include "zebcomn/portable/tls.h"
 #include "zebcomn/portable/types.h"
 #include "zebcomn/portable/wait.h"
+#include "zebcomn/portable/wildcard.h"
 
 // Lists and locks.
 #include "zebcomn/lists/Linklist.h"
@@ -29,7 +35,14 @@
 #include "zebcomn/lists/ll2.h"
 
 // Utilities that C callers reach.
+#include "zebcomn/util/delete_tree.h"
+#include "zebcomn/util/disk_space.h"
+#include "zebcomn/util/file_copy.h"
 #include "zebcomn/util/filenameresolver.h"
+#include "zebcomn/util/find_files.h"
+#include "zebcomn/util/make_directory.h"
+#include "zebcomn/util/tivfio.h"
+#include "zebcomn/util/user_name.h"
 
 #ifdef __cplusplus
 // System properties.

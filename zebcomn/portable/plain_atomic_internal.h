@@ -28,6 +28,12 @@ void StoreRelease(Value* object, Value value) {
   __atomic_store_n(object, value, __ATOMIC_RELEASE);
 }
 
+/// Stores `value` and gives what was there before; acquires and releases.
+template <typename Value>
+Value Exchange(Value* object, Value value) {
+  return __atomic_exchange_n(object, value, __ATOMIC_ACQ_REL);
+}
+
 }  // namespace zebcomn
 
 #endif  // ZEBCOMN_PORTABLE_PLAIN_ATOMIC_INTERNAL_H_

@@ -1,0 +1,72 @@
+#include "zebcomn/portable/wildcard.h"
+
+#include <string_view>
+
+namespace {
+
+constexpr int32_t kMatch = 0;
+constexpr int32_t kNoMatch = 1;
+
+/// The part of a pattern up to its next "*" or its end.
+std::string_view LeadingSegment(std::string_view pattern) {
+  return pattern.substr(0, pattern.find('*'));
+}
+
+bool StartsWith(std::string_view name, std::string_view segment) {
+  if (name.size() < segment.size()) return false;
+  for (size_t i = 0; i < segment.size(); ++i) {
+    if (segment[i] != '?' && segment[i] != name[i]) return false;
+  }
+  return true;
+}
+
+bool EndsWith(std::string_view name, std::string_view segment) {
+  return name.size() >= segment.size() &&
+         StartsWith(name.substr(name.size() - segment.size()), segment);
+}
+
+/// Takes off the name everything up to and including the first place where the segment fits; false
+/// when it fits nowhere.
+bool SkipPast(std::string_view& name, std::string_view segment) {
+  while (name.size() >= segment.size()) {
+    if (StartsWith(name, segment)) {
+      name.remove_prefix(segment.size());
+      return true;
+    }
+    name.remove_prefix(1);
+  }
+  return false;
+}
+
+/// Matches the rest of a pattern, which is empty or begins with "*".
+///
+/// Taking the first place where each segment fits leaves the longest rest of the name for the
+/// segments after it, so no later place can do better, with one exception: a segment that ends both
+/// at a "*" and at the end of the name matches at once, and only its last place can do that.
+bool MatchFromStar(std::string_view pattern, std::string_view name) {
+  while (!pattern.empty()) {
+    // Kept: at the end of the name a "*" matches with whatever follows it in the pattern.
+    if (name.empty()) return true;
+    pattern.remove_prefix(1);
+    const std::string_view segment = LeadingSegment(pattern);
+    pattern.remove_prefix(segment.size());
+    if (!segment.empty() && !pattern.empty() && EndsWith(name, segment)) return true;
+    if (!SkipPast(name, segment)) return false;
+  }
+  // Kept: the end of the pattern matches whatever remains of the name; callers search by prefix.
+  return true;
+}
+
+}  // namespace
+
+int32_t tivWildCardMatch(const char* pattern, const char* name) {
+  if (pattern == nullptr || *pattern == '\0') return kMatch;
+  if (name == nullptr) return kNoMatch;
+  std::string_view rest_of_pattern(pattern);
+  std::string_view rest_of_name(name);
+  const std::string_view anchored = LeadingSegment(rest_of_pattern);
+  if (!StartsWith(rest_of_name, anchored)) return kNoMatch;
+  rest_of_pattern.remove_prefix(anchored.size());
+  rest_of_name.remove_prefix(anchored.size());
+  return MatchFromStar(rest_of_pattern, rest_of_name) ? kMatch : kNoMatch;
+}

@@ -1,0 +1,100 @@
+#include "zebcomn/util/tivfio.h"
+
+#include <sys/stat.h>
+
+#include <cassert>
+#include <cstddef>
+#include <cstdlib>
+#include <memory>
+
+#include "zebcomn/portable/bounded_text_internal.h"
+#include "zebcomn/portable/file.h"
+#include "zebcomn/portable/handle.h"
+
+namespace {
+
+static_assert(offsetof(TiFileOps, close) == 0 && offsetof(TiFileOps, read) == sizeof(void*) &&
+                  offsetof(TiFileOps, write) == 2 * sizeof(void*) &&
+                  offsetof(TiFileOps, get_size) == 3 * sizeof(void*) &&
+                  offsetof(TiFile, ops) == 0 && offsetof(TiFile, handle) == sizeof(void*),
+              "The fields stand in this order on every target.");
+
+struct FreeMemory {
+  void operator()(void* memory) const { std::free(memory); }
+};
+
+template <typename Record>
+using UniqueRecord = std::unique_ptr<Record, FreeMemory>;
+
+template <typename Record>
+UniqueRecord<Record> AllocateZeroed() {
+  return UniqueRecord<Record>(static_cast<Record*>(std::calloc(1, sizeof(Record))));
+}
+
+bool IsValid(HANDLE handle) {
+  return handle != nullptr && handle != TIV_INVALID_HANDLE;
+}
+
+uint32_t StatusOf(bool success) {
+  return success ? ZEBCOMN_STATUS_OK : ZEBCOMN_STATUS_FAILURE;
+}
+
+/// A file object around a new file handle; null when anything fails.
+TiFile* MakeFileObject(const char* path, DWORD access, DWORD share, DWORD disposition,
+                       DWORD flags) {
+  UniqueRecord<TiFile> file = AllocateZeroed<TiFile>();
+  if (file == nullptr) return nullptr;
+  UniqueRecord<TiFileOps> ops = AllocateZeroed<TiFileOps>();
+  if (ops == nullptr) return nullptr;
+  file->handle = tivCreateFileAW(path, access, share, nullptr, disposition, flags, nullptr);
+  if (!IsValid(file->handle)) return nullptr;
+  *ops = {tiCloseFile, tiReadFile, tiWriteFile, tiGetFileSize};
+  file->ops = ops.release();
+  return file.release();
+}
+
+}  // namespace
+
+uint32_t tiCreateFile(const char* path, int access, unsigned int share, unsigned int disposition,
+                      unsigned int flags, TiFile** out) {
+  if (out == nullptr) return ZEBCOMN_STATUS_FAILURE;
+  *out = MakeFileObject(path, static_cast<DWORD>(access), share, disposition, flags);
+  return StatusOf(*out != nullptr);
+}
+
+uint32_t tiReadFile(TiFile* file, void* buf, unsigned int count, unsigned int* done) {
+  if (file == nullptr) return ZEBCOMN_STATUS_FAILURE;
+  // Kept: the end of the file is a failure here, though not for tivReadFile(); readers stop at it.
+  return StatusOf(tivReadFile(file->handle, buf, count, done, nullptr) == TRUE && *done != 0);
+}
+
+uint32_t tiWriteFile(TiFile* file, const void* buf, unsigned int count, unsigned int* done) {
+  if (file == nullptr) return ZEBCOMN_STATUS_FAILURE;
+  return StatusOf(tivWriteFile(file->handle, buf, count, done) == TRUE);
+}
+
+uint32_t tiGetFileSize(TiFile* file, unsigned int* size) {
+  if (file == nullptr || size == nullptr) return ZEBCOMN_STATUS_FAILURE;
+  *size = tivGetFileSize(file->handle, nullptr);
+  return StatusOf(*size != TIV_INVALID_DWORD);
+}
+
+uint32_t tiCloseFile(TiFile* file) {
+  if (file == nullptr) return ZEBCOMN_STATUS_OK;
+  const bool closed = tivCloseHandle(file->handle) == TRUE;
+  std::free(file->ops);
+  std::free(file);
+  return StatusOf(closed);
+}
+
+BOOL tiFolderExists(char* lpszFolder) {
+  assert(lpszFolder != nullptr);
+  if (lpszFolder == nullptr) return FALSE;
+  zebcomn::PathBuffer path;
+  path.Append(lpszFolder);
+  if (path.length() > 0 && path.c_str()[path.length() - 1] == '\\') {
+    path.Truncate(path.length() - 1);
+  }
+  struct stat status = {};
+  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) ? TRUE : FALSE;
+}
