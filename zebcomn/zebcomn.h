@@ -35,12 +35,14 @@
 #include "zebcomn/lists/ll2.h"
 
 // Utilities that C callers reach.
+#include "zebcomn/util/agent_identity.h"
 #include "zebcomn/util/delete_tree.h"
 #include "zebcomn/util/disk_space.h"
 #include "zebcomn/util/file_copy.h"
 #include "zebcomn/util/filenameresolver.h"
 #include "zebcomn/util/find_files.h"
 #include "zebcomn/util/make_directory.h"
+#include "zebcomn/util/platform_match.h"
 #include "zebcomn/util/tivfio.h"
 #include "zebcomn/util/user_name.h"
 
