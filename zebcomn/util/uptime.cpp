@@ -20,6 +20,7 @@ unsigned long ReadUptime(const char* path) {
   char field[kFieldCapacity] = {};
   // What cannot be read leaves the field empty, and that converts to 0.
   (void)(std::fscanf(file.get(), "%1023s", field) == 1);
+  // Kept: base 0, so a leading 0 or 0x is taken for octal or hexadecimal.
   return std::strtoul(field, nullptr, 0);
 }
 
