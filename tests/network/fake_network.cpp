@@ -6,6 +6,7 @@
 #include <sys/ioctl.h>
 
 #include <cstdarg>
+#include <cstddef>
 #include <cstring>
 
 namespace zebcomn_test {

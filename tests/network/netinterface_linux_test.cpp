@@ -13,9 +13,9 @@
 #include <tuple>
 #include <vector>
 
-#include "tests/network/failing_allocation.h"
 #include "tests/network/fake_network.h"
 #include "tests/support/descriptors.h"
+#include "tests/support/failing_allocation.h"
 #include "zebcomn/network/netinterface.h"
 
 namespace {
@@ -225,17 +225,16 @@ TEST_F(EnumerationFailureTest, AMissingMaskDropsTheEntry) {
 }
 
 TEST_F(EnumerationFailureTest, EveryAllocationMayFail) {
-  auto& plan = zebcomn_test::ThrowingAllocation();
-  long failures = 0;
-  for (long position = 0;; ++position) {
+  int failures = 0;
+  for (int nth = 1;; ++nth) {
     NetInterfaceList list(false);
-    plan = {position, 1, 0};
+    zebcomn_test::FailThrowingAllocation(nth);
     const int result = list.initialize();
-    plan.fail_after = -1;
-    const Lines lines = Describe(list);
-    if (plan.failed == 0) break;
+    zebcomn_test::FailThrowingAllocation(0);
+    if (zebcomn_test::TakeFailedAllocations() == 0) break;
     ++failures;
-    EXPECT_EQ(result, lines.empty() ? 0 : 1) << position;
+    const Lines lines = Describe(list);
+    EXPECT_EQ(result, lines.empty() ? 0 : 1) << nth;
     EXPECT_EQ(OpenDescriptorCount(), descriptors_);
   }
   EXPECT_GT(failures, 3);

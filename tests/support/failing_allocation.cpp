@@ -8,13 +8,23 @@
 
 namespace {
 
-std::atomic<int> nothrow_countdown{0};
-std::atomic<int> throwing_countdown{0};
+struct Plan {
+  std::atomic<int> countdown{0};
+  std::atomic<int> left{0};
+};
+Plan nothrow_plan;
+Plan throwing_plan;
 std::atomic<int> failed{0};
 
-/// True for the one allocation that a countdown was set for.
-bool IsDue(std::atomic<int>& countdown) {
-  if (countdown.load() <= 0 || --countdown != 0) return false;
+void Arm(Plan& plan, int nth, int count) {
+  plan.left = count;
+  plan.countdown = nth;
+}
+
+/// True for the allocations that a plan was armed for.
+bool IsDue(Plan& plan) {
+  if (plan.countdown.load() <= 0 || --plan.countdown != 0) return false;
+  if (--plan.left > 0) plan.countdown = 1;
   ++failed;
   return true;
 }
@@ -27,11 +37,11 @@ void* Allocate(std::size_t size) {
 
 namespace zebcomn_test {
 
-void FailNothrowAllocation(int nth) {
-  nothrow_countdown = nth;
+void FailNothrowAllocation(int nth, int count) {
+  Arm(nothrow_plan, nth, count);
 }
-void FailThrowingAllocation(int nth) {
-  throwing_countdown = nth;
+void FailThrowingAllocation(int nth, int count) {
+  Arm(throwing_plan, nth, count);
 }
 int TakeFailedAllocations() {
   return failed.exchange(0);
@@ -40,7 +50,7 @@ int TakeFailedAllocations() {
 }  // namespace zebcomn_test
 
 void* operator new(std::size_t size) {
-  if (!IsDue(throwing_countdown)) {
+  if (!IsDue(throwing_plan)) {
     if (void* const block = Allocate(size)) return block;
   }
   throw std::bad_alloc();
@@ -51,11 +61,11 @@ void* operator new[](std::size_t size) {
 }
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return IsDue(nothrow_countdown) ? nullptr : Allocate(size);
+  return IsDue(nothrow_plan) ? nullptr : Allocate(size);
 }
 
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return IsDue(nothrow_countdown) ? nullptr : Allocate(size);
+  return IsDue(nothrow_plan) ? nullptr : Allocate(size);
 }
 
 void operator delete(void* block) noexcept {
