@@ -43,6 +43,7 @@
 #include "zebcomn/util/find_files.h"
 #include "zebcomn/util/make_directory.h"
 #include "zebcomn/util/platform_match.h"
+#include "zebcomn/util/plugin_version.h"
 #include "zebcomn/util/tivfio.h"
 #include "zebcomn/util/user_name.h"
 
