@@ -33,6 +33,11 @@
 #include "zebcomn/lists/Linklist.h"
 #include "zebcomn/lists/ll.h"
 #include "zebcomn/lists/ll2.h"
+#include "zebcomn/lists/se_lock.h"
+#include "zebcomn/lists/sll.h"
+#include "zebcomn/lists/sll2.h"
+#include "zebcomn/lists/spin_lock.h"
+#include "zebcomn/lists/thread_attach.h"
 
 // Utilities that C callers reach.
 #include "zebcomn/util/agent_identity.h"

@@ -1,0 +1,63 @@
+#include "zebcomn/lists/thread_attach.h"
+
+#include "zebcomn/lists/thread_attach_internal.h"
+#include "zebcomn/portable/event.h"
+#include "zebcomn/portable/handle.h"
+#include "zebcomn/portable/tls.h"
+
+DWORD tiSO_tls_index = TIV_INVALID_DWORD;
+
+using zebcomn::IdentitySlot;
+
+namespace {
+
+void SetIdentitySlot(DWORD index) {
+  zebcomn::StoreRelease(&tiSO_tls_index, index);
+}
+
+BOOL StoreNotAttached() {
+  return tivTlsSetValue(IdentitySlot(), TIV_INVALID_HANDLE);
+}
+
+}  // namespace
+
+DWORD tiSO_ProcessAttach() {
+  const DWORD index = tivTlsAlloc();
+  SetIdentitySlot(index);
+  return index;
+}
+
+BOOL tiSO_ProcessDetach() {
+  const BOOL freed = tivTlsFree(IdentitySlot());
+  SetIdentitySlot(TIV_INVALID_DWORD);
+  return freed;
+}
+
+uintptr_t tiSO_ThreadAttach() {
+  const uintptr_t identity = zebcomn::OwnIdentity();
+  if (identity != TISO_NO_THREAD) return identity;
+  HANDLE event = tivCreateEvent(nullptr, TRUE, FALSE, nullptr);
+  if (event == nullptr) return FALSE;
+  const BOOL stored = tivTlsSetValue(IdentitySlot(), event);
+  if (stored == FALSE) tivCloseHandle(event);
+  return static_cast<uintptr_t>(stored);
+}
+
+BOOL tiSO_ThreadDetach() {
+  tivCloseHandle(reinterpret_cast<HANDLE>(zebcomn::OwnIdentity()));
+  return StoreNotAttached();
+}
+
+BOOL tiSO_ThreadAttachX() {
+  return StoreNotAttached();
+}
+
+void tiSO_ThreadDetachX() {}
+
+uintptr_t tiSO_GetThread() {
+  return zebcomn::OwnIdentity();
+}
+
+uintptr_t tiSO_DbgGetThread() {
+  return zebcomn::StoredIdentity();
+}

@@ -1,0 +1,28 @@
+#ifndef ZEBCOMN_LISTS_THREAD_ATTACH_INTERNAL_H_
+#define ZEBCOMN_LISTS_THREAD_ATTACH_INTERNAL_H_
+
+#include "zebcomn/lists/thread_attach.h"
+#include "zebcomn/portable/plain_atomic_internal.h"
+#include "zebcomn/portable/tls.h"
+
+namespace zebcomn {
+
+/// `tiSO_tls_index`, a plain object of the interface that every lock call reads.
+inline DWORD IdentitySlot() {
+  return LoadAcquire(&tiSO_tls_index);
+}
+
+/// tiSO_DbgGetThread() without the call.
+inline uintptr_t StoredIdentity() {
+  return reinterpret_cast<uintptr_t>(tivTlsGetValue(IdentitySlot()));
+}
+
+/// tiSO_GetThread() without the calls.
+inline uintptr_t OwnIdentity() {
+  const uintptr_t stored = StoredIdentity();
+  return stored == 0 ? TISO_NO_THREAD : stored;
+}
+
+}  // namespace zebcomn
+
+#endif  // ZEBCOMN_LISTS_THREAD_ATTACH_INTERNAL_H_
