@@ -15,7 +15,9 @@
 namespace {
 
 std::optional<clock_t> fake_ticks;
-std::optional<long> fake_ticks_per_second;
+// Plain, and negative for none: sanitizers ask sysconf before anything is set up.
+constexpr long kRealTicksPerSecond = -2;
+long fake_ticks_per_second = kRealTicksPerSecond;
 std::optional<std::time_t> fake_now;
 bool cannot_break_down = false;
 
@@ -28,13 +30,18 @@ Function* Next(const char* name) {
 
 #define INTERPOSED extern "C" __attribute__((visibility("default")))
 
+// The C library's own name for sysconf: the sanitizers call it before dlsym works.
+extern "C" long __sysconf(int name) noexcept;
+
 INTERPOSED clock_t times(tms* buffer) {
   return fake_ticks ? *fake_ticks : Next<clock_t(tms*)>("times")(buffer);
 }
 
-INTERPOSED long sysconf(int name) noexcept {
-  if (name == _SC_CLK_TCK && fake_ticks_per_second) return *fake_ticks_per_second;
-  return Next<long(int)>("sysconf")(name);
+INTERPOSED __attribute__((no_sanitize("thread"))) long sysconf(int name) noexcept {
+  if (name == _SC_CLK_TCK && fake_ticks_per_second != kRealTicksPerSecond) {
+    return fake_ticks_per_second;
+  }
+  return __sysconf(name);
 }
 
 INTERPOSED std::time_t time(std::time_t* out) noexcept {
@@ -54,7 +61,7 @@ class Clock : public ::testing::Test {
  protected:
   void TearDown() override {
     fake_ticks.reset();
-    fake_ticks_per_second.reset();
+    fake_ticks_per_second = kRealTicksPerSecond;
     fake_now.reset();
     cannot_break_down = false;
   }

@@ -89,7 +89,8 @@ TEST(ConvertCase, ANulInsideTheTextIsKept) {
 
 TEST(StripLeadingWhitespace, TakesEveryKindOfWhiteSpaceFromTheFrontAlone) {
   const TextCase cases[] = {
-      {"  x ", "x "}, {" \t\n\v\f\rx", "x"}, {"x", "x"}, {"x y ", "x y "}, {"   ", ""}, {"", ""},
+      {"  x ", "x "}, {" \t\n\v\f\rx", "x"},       {"x", "x"}, {"x y ", "x y "}, {"   ", ""},
+      {"", ""},       {std::string(100, ' '), ""},
   };
   for (const TextCase& row : cases) {
     EXPECT_EQ(tivmcomn_strip_leading_whitespace(row.input), row.expected) << row.input;
@@ -98,7 +99,8 @@ TEST(StripLeadingWhitespace, TakesEveryKindOfWhiteSpaceFromTheFrontAlone) {
 
 TEST(StripTrailingWhitespace, TakesEveryKindOfWhiteSpaceFromTheEndAlone) {
   const TextCase cases[] = {
-      {"  x ", "  x"}, {"x \t\n\v\f\r", "x"}, {"x", "x"}, {" x y", " x y"}, {"   ", ""}, {"", ""},
+      {"  x ", "  x"}, {"x \t\n\v\f\r", "x"},       {"x", "x"}, {" x y", " x y"}, {"   ", ""},
+      {"", ""},        {std::string(100, ' '), ""},
   };
   for (const TextCase& row : cases) {
     EXPECT_EQ(tivmcomn_strip_trailing_whitespace(row.input), row.expected) << row.input;
