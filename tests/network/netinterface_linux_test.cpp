@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "tests/network/fake_network.h"
+#include "tests/network/interface_lines.h"
 #include "tests/support/descriptors.h"
 #include "tests/support/failing_allocation.h"
 #include "zebcomn/network/netinterface.h"
@@ -28,22 +29,7 @@ using zebcomn_test::OpenDescriptorCount;
 constexpr unsigned int kUp = IFF_UP;
 constexpr unsigned int kLoopback = IFF_UP | IFF_LOOPBACK;
 
-/// "name: address mask subnet family" for every address of the list, in its order.
-std::vector<std::string> Describe(NetInterfaceList& list) {
-  std::vector<std::string> lines;
-  for (const unsigned int index : list.getIndexes()) {
-    NetInterface interface;
-    list.getNetInterface(index, interface);
-    for (IPAddress& address : interface.getIPAddress()) {
-      lines.push_back(std::to_string(interface.getIndex()) + " " + interface.getIndexName() + " " +
-                      interface.getMACAddress() + " " + address.getIPAddress() + " " +
-                      address.getSubNetMask() + " " + address.getSubNetAddr() + " " +
-                      std::to_string(address.getIPFamily()));
-    }
-  }
-  return lines;
-}
-
+using zebcomn_test::Describe;
 using Lines = std::vector<std::string>;
 
 class EnumerationTest : public ::testing::Test {
