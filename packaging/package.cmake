@@ -1,0 +1,10 @@
+# `cpack` in a build folder packs what `cmake --install` would install, under the agent's prefix.
+set(CPACK_GENERATOR TGZ)
+set(CPACK_PACKAGE_NAME zebcomn)
+set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_SYSTEM_NAME "${CMAKE_SYSTEM_PROCESSOR}")
+set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
+set(CPACK_SET_DESTDIR ON)
+set(CPACK_STRIP_FILES OFF)
+include(CPack)
