@@ -36,6 +36,7 @@ const int kFlagAtStart = bSigTermReceived;
 /// Lines logged by the handler's thread; the tests read them when that thread has ended.
 std::vector<std::string> logged;
 
+void Write(int level, const char* format, va_list args) __attribute__((format(printf, 2, 0)));
 void Write(int level, const char* format, va_list args) {
   char text[256] = "";
   vsnprintf(text, sizeof text, format, args);

@@ -13,6 +13,7 @@ namespace {
 
 std::vector<std::string> calls;
 
+void Write(int level, const char* format, va_list args) __attribute__((format(printf, 2, 0)));
 void Write(int level, const char* format, va_list args) {
   char text[256] = "";
   vsnprintf(text, sizeof text, format, args);
