@@ -10,6 +10,8 @@
 #include "zebcomn/lists/spin_lock_internal.h"
 #include "zebcomn/lists/thread_attach_internal.h"
 #include "zebcomn/portable/event.h"
+#include "zebcomn/portable/handle.h"
+#include "zebcomn/portable/held_mutex_internal.h"
 #include "zebcomn/portable/plain_atomic_internal.h"
 #include "zebcomn/portable/wait.h"
 
@@ -83,14 +85,14 @@ class CancellationHeldOff {
   int before_ = PTHREAD_CANCEL_ENABLE;
 };
 
-/// Whether the request has been granted; the thread's event is then, or else, not signalled.
-///
-/// The granter clears the flag and sets the event within one hold of the spin word. To look within
-/// another hold means that a wake-up which was not the granter's cannot come between the two: the
-/// thread would go on, might close its event, and the granter would set what is no longer there.
-bool GrantArrived(tiSO_SELock_t* lock, const Waiter& waiter) {
-  const SpinHold hold(&lock->spin_word);
-  tivResetEvent(EventOf(waiter.thread));
+/// Whether the wake-up was the granter's. Nobody has set the event after a spurious one, and the
+/// flag is still 1 when somebody else has set it; the event is ready for the next wait in each
+/// case.
+bool WokenByGranter(const Waiter& waiter) {
+  const HANDLE event = EventOf(waiter.thread);
+  if (LoadAcquire(&static_cast<_tivHandleObject_t*>(event)->bSignalled) == 0) return false;
+  // Before the flag is looked at: a grant that comes in between sets the event again.
+  tivResetEvent(event);
   return LoadAcquire(&waiter.waiting) == 0;
 }
 
@@ -105,31 +107,42 @@ bool GrantArrived(tiSO_SELock_t* lock, const Waiter& waiter) {
   }
   do {
     tivWaitForSingleObject(EventOf(self), TIV_INVALID_DWORD);
-  } while (!GrantArrived(lock, waiter));
+  } while (!WokenByGranter(waiter));
 }
 
-/// Grants the request of a record that has been taken out of its queue.
-void Grant(Waiter* waiter) {
-  const uintptr_t thread = waiter->thread;
-  // The record may be gone as soon as the flag is 0.
-  StoreRelease(&waiter->waiting, int32_t{0});
-  tivSetEvent(EventOf(thread));
-}
-
-void HandToExclusiveWaiter(tiSO_SELock_t* lock) {
+/// Hands a free lock to the newest exclusive request.
+/// \return the request's record, for Wake().
+tiLL_element_t* GrantExclusiveWaiter(tiSO_SELock_t* lock) {
   // Kept: the queue is a stack, so writers are served last in, first out; callers count on it.
   Waiter* waiter = WaiterOf(tiLL_XRemoveHead(&lock->exclusive_waiters));
+  waiter->link.next = nullptr;
   lock->count = 1;
   lock->owner = waiter->thread;
   lock->state = TISO_STATE_EXCLUSIVE_HANDED_OVER;
   lock->pid = waiter->pid;
-  Grant(waiter);
+  return &waiter->link;
 }
 
-void HandToSharedWaiters(tiSO_SELock_t* lock) {
-  while (tiLL_element_t* newest = tiLL_XRemoveHead(&lock->shared_waiters)) {
-    ++lock->count;
-    Grant(WaiterOf(newest));
+/// Admits all shared requests.
+/// \return the first of their records, for Wake(); null when there is none.
+tiLL_element_t* GrantSharedWaiters(tiSO_SELock_t* lock) {
+  tiLL_element_t* first = lock->shared_waiters.next;
+  for (tiLL_element_t* link = first; link != nullptr; link = link->next) ++lock->count;
+  tiLL_Init(&lock->shared_waiters);
+  return first;
+}
+
+/// Wakes the threads whose requests have been granted and taken out of their queue. The spin word
+/// has been given back by then: a thread that wakes up in place of its granter would only spin.
+void Wake(tiLL_element_t* granted) {
+  while (granted != nullptr) {
+    Waiter* waiter = WaiterOf(granted);
+    granted = granted->next;
+    const uintptr_t thread = waiter->thread;
+    const HeldMutex keeps_event(g_wake_mutex, HeldMutex::Insist{});
+    // The record may be gone as soon as the flag is 0.
+    StoreRelease(&waiter->waiting, int32_t{0});
+    tivSetEvent(EventOf(thread));
   }
 }
 
@@ -202,23 +215,31 @@ BOOL tiSO_SELock(tiSO_SELock_t* lock, BOOL exclusive, BOOL wait) {
 
 void tiSO_SELockExclusiveToShared(tiSO_SELock_t* lock) {
   if (lock == nullptr) return;
-  const zebcomn::SpinHold hold(&lock->spin_word);
-  lock->owner = TISO_NO_THREAD;
-  lock->state = TISO_STATE_EXCLUSIVE_TO_SHARED;
-  zebcomn::HandToSharedWaiters(lock);
+  tiLL_element_t* granted = nullptr;
+  {
+    const zebcomn::SpinHold hold(&lock->spin_word);
+    lock->owner = TISO_NO_THREAD;
+    lock->state = TISO_STATE_EXCLUSIVE_TO_SHARED;
+    granted = zebcomn::GrantSharedWaiters(lock);
+  }
+  zebcomn::Wake(granted);
 }
 
 void tiSO_SELockRelease(tiSO_SELock_t* lock) {
   if (lock == nullptr) return;
-  const zebcomn::SpinHold hold(&lock->spin_word);
-  if (--lock->count != 0) return;
-  lock->owner = TISO_NO_THREAD;
-  lock->state = TISO_STATE_RELEASED;
-  if (!zebcomn::IsEmpty(lock->exclusive_waiters)) {
-    zebcomn::HandToExclusiveWaiter(lock);
-  } else if (!zebcomn::IsEmpty(lock->shared_waiters)) {
-    zebcomn::HandToSharedWaiters(lock);
-  } else if (!zebcomn::IsEmpty(lock->notify_list)) {
-    zebcomn::OfferToClients(lock);
+  tiLL_element_t* granted = nullptr;
+  {
+    const zebcomn::SpinHold hold(&lock->spin_word);
+    if (--lock->count != 0) return;
+    lock->owner = TISO_NO_THREAD;
+    lock->state = TISO_STATE_RELEASED;
+    if (!zebcomn::IsEmpty(lock->exclusive_waiters)) {
+      granted = zebcomn::GrantExclusiveWaiter(lock);
+    } else if (!zebcomn::IsEmpty(lock->shared_waiters)) {
+      granted = zebcomn::GrantSharedWaiters(lock);
+    } else if (!zebcomn::IsEmpty(lock->notify_list)) {
+      zebcomn::OfferToClients(lock);
+    }
   }
+  if (granted != nullptr) zebcomn::Wake(granted);
 }

@@ -12,8 +12,8 @@ constexpr LONG kSpinWordTaken = 1;
 /// Goes on trying for a spin word after a first try has failed, as tiSL_Get() describes.
 void ContendForSpinWord(LONG* word);
 
-/// Holds a spin word for as long as it lives: tiSL_Get() and tiSL_Release() without the calls. Always
-/// inlined, the paths of exceptions too, so that an object of it stays out of memory.
+/// Holds a spin word for as long as it lives: tiSL_Get() and tiSL_Release() without the calls.
+/// Always inlined, the paths of exceptions too, so that an object of it stays out of memory.
 class SpinHold {
  public:
   [[gnu::always_inline]] explicit SpinHold(LONG* word) : word_(word) {

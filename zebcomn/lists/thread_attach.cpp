@@ -3,10 +3,14 @@
 #include "zebcomn/lists/thread_attach_internal.h"
 #include "zebcomn/portable/event.h"
 #include "zebcomn/portable/handle.h"
+#include "zebcomn/portable/held_mutex_internal.h"
 #include "zebcomn/portable/tls.h"
 
 DWORD tiSO_tls_index = TIV_INVALID_DWORD;
 
+pthread_mutex_t zebcomn::g_wake_mutex = PTHREAD_MUTEX_INITIALIZER;
+
+using zebcomn::HeldMutex;
 using zebcomn::IdentitySlot;
 
 namespace {
@@ -44,7 +48,10 @@ uintptr_t tiSO_ThreadAttach() {
 }
 
 BOOL tiSO_ThreadDetach() {
-  tivCloseHandle(reinterpret_cast<HANDLE>(zebcomn::OwnIdentity()));
+  {
+    const HeldMutex no_granter(zebcomn::g_wake_mutex, HeldMutex::Insist{});
+    tivCloseHandle(reinterpret_cast<HANDLE>(zebcomn::OwnIdentity()));
+  }
   return StoreNotAttached();
 }
 

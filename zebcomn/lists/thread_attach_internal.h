@@ -1,11 +1,17 @@
 #ifndef ZEBCOMN_LISTS_THREAD_ATTACH_INTERNAL_H_
 #define ZEBCOMN_LISTS_THREAD_ATTACH_INTERNAL_H_
 
+#include <pthread.h>
+
 #include "zebcomn/lists/thread_attach.h"
 #include "zebcomn/portable/plain_atomic_internal.h"
 #include "zebcomn/portable/tls.h"
 
 namespace zebcomn {
+
+/// Held by a granter from the moment when a thread may go on until its event has been set, and by a
+/// thread that closes its event: one that was woken by somebody else may get so far in between.
+extern pthread_mutex_t g_wake_mutex;
 
 /// `tiSO_tls_index`, a plain object of the interface that every lock call reads.
 inline DWORD IdentitySlot() {
