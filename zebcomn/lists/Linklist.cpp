@@ -107,8 +107,9 @@ void JoinNeighbours(void* element) {
 
 BOOL LinkedList_Init(void** lphLinkedList) {
   Require(lphLinkedList != nullptr, kInitOutPointer);
-  void* record = std::calloc(1, sizeof(ListRecord));
+  auto* record = static_cast<ListRecord*>(std::malloc(sizeof(ListRecord)));
   if (record == nullptr) return FALSE;
+  *record = ListRecord{};
   *lphLinkedList = record;
   return TRUE;
 }

@@ -179,10 +179,9 @@ bool TakeExclusive(tiSO_SELock_t* lock, int32_t state_if_free) {
 
 uint32_t tiSO_SELockCreate(tiSO_SELock_t** lock) {
   if (lock == nullptr) return ZEBCOMN_STATUS_FAILURE;
-  *lock = static_cast<tiSO_SELock_t*>(std::calloc(1, sizeof(tiSO_SELock_t)));
+  *lock = static_cast<tiSO_SELock_t*>(std::malloc(sizeof(tiSO_SELock_t)));
   if (*lock == nullptr) return ZEBCOMN_STATUS_FAILURE;
-  (*lock)->owner = TISO_NO_THREAD;
-  (*lock)->state = TISO_STATE_CREATED;
+  **lock = {zebcomn::kSpinWordFree, TISO_NO_THREAD, 0, {}, {}, {}, 0, TISO_STATE_CREATED};
   return ZEBCOMN_STATUS_OK;
 }
 
