@@ -1,0 +1,108 @@
+#include <algorithm>
+#include <iostream>
+
+#include "tools/zebinfo/catalogue.h"
+#include "tools/zebinfo/commands.h"
+#include "tools/zebinfo/nearest.h"
+#include "tools/zebinfo/text.h"
+
+namespace zebinfo {
+namespace {
+
+using Pairs = std::vector<std::pair<std::string, std::string>>;
+
+Pairs AsPairs(const std::vector<Property>& properties) {
+  Pairs pairs;
+  for (const Property& property : properties) pairs.emplace_back(property.name, property.value);
+  return pairs;
+}
+
+void PrintFileSystems(const std::vector<FileSystem>& file_systems) {
+  std::vector<Row> rows = {{"File system", "Total MB", "Free MB"}};
+  for (const FileSystem& file_system : file_systems) {
+    rows.push_back({file_system.mount_point, file_system.total_mb, file_system.free_mb});
+  }
+  PrintTable(rows, {Align::kLeft, Align::kRight, Align::kRight}, "  ");
+}
+
+void PrintCatalogue(const Catalogue& catalogue) {
+  std::size_t name_width = 0;
+  for (const std::string& name : PropertyNames()) name_width = std::max(name_width, name.size());
+  bool first = true;
+  for (const CollectedGroup& group : catalogue.groups) {
+    if (!first) std::cout << '\n';
+    first = false;
+    std::cout << group.title << '\n';
+    PrintPairs(AsPairs(group.properties), "  ", name_width);
+    if (group.title == "Disks" && !catalogue.file_systems.empty()) {
+      std::cout << '\n';
+      PrintFileSystems(catalogue.file_systems);
+    }
+  }
+}
+
+Json AsJson(const Catalogue& catalogue) {
+  Json properties = Json::object();
+  for (const CollectedGroup& group : catalogue.groups) {
+    for (const Property& property : group.properties) properties[property.name] = property.value;
+  }
+  Json file_systems = Json::array();
+  for (const FileSystem& file_system : catalogue.file_systems) {
+    file_systems.push_back({{"mountPoint", file_system.mount_point},
+                            {"totalMB", file_system.total_mb},
+                            {"freeMB", file_system.free_mb}});
+  }
+  return {{"properties", properties}, {"fileSystems", file_systems}};
+}
+
+void RequireKnown(const std::string& name) {
+  std::vector<std::string> words = PropertyNames();
+  if (std::find(words.begin(), words.end(), name) != words.end()) return;
+  words.insert(words.end(), kCommandNames.begin(), kCommandNames.end());
+  const std::string nearest = Nearest(name, words);
+  throw CommandError(
+      kUsage, Quoted(name) + " is neither a property nor a command",
+      (nearest.empty() ? "" : "Did you mean " + Quoted(nearest) + "? ") +
+          std::string("\"zebinfo --list\" lists the properties, \"zebinfo --help\" the commands."));
+}
+
+}  // namespace
+
+void ShowCatalogue(Format format) {
+  const Catalogue catalogue = CollectCatalogue();
+  if (format == Format::kJson) {
+    PrintJson(AsJson(catalogue));
+  } else {
+    PrintCatalogue(catalogue);
+  }
+}
+
+void ShowProperties(const std::vector<std::string>& names, Format format) {
+  for (const std::string& name : names) RequireKnown(name);
+  const std::vector<Property> properties = CollectProperties(names);
+  if (format == Format::kJson) {
+    Json values = Json::object();
+    for (const Property& property : properties) values[property.name] = property.value;
+    PrintJson(values);
+  } else if (properties.size() == 1) {
+    PrintLine(properties.front().value);
+  } else {
+    PrintPairs(AsPairs(properties));
+  }
+}
+
+void ListProperties(Format format) {
+  if (format == Format::kJson) {
+    Json groups = Json::object();
+    for (const Group& group : Groups()) groups[group.title] = group.names;
+    PrintJson(groups);
+    return;
+  }
+  std::vector<Row> rows;
+  for (const Group& group : Groups()) {
+    for (const std::string& name : group.names) rows.push_back({group.title, name});
+  }
+  PrintTable(rows, {Align::kLeft, Align::kLeft});
+}
+
+}  // namespace zebinfo

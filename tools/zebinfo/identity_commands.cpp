@@ -1,0 +1,151 @@
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "tools/zebinfo/commands.h"
+#include "tools/zebinfo/text.h"
+#include "zebcomn/portable/dynamic_library.h"
+#include "zebcomn/util/agent_identity.h"
+#include "zebcomn/util/platform_match.h"
+#include "zebcomn/util/plugin_version.h"
+
+namespace zebinfo {
+namespace {
+
+constexpr std::size_t kGuidCapacity = 39;
+constexpr unsigned kSoftwareIdCapacity = 32;
+constexpr unsigned kStampCapacity = 100;
+constexpr const char* kVersionEntryPoint = "ZUPLUGIN_GetVersion";
+
+// What tivmcomn_IsPlatformMatch answers for a platform whose version no range holds.
+constexpr uint32_t kVersionOutOfRange = 1;
+
+// A module that stays loaded while the object lives, so that it is initialised once.
+class LoadedModule {
+ public:
+  explicit LoadedModule(const std::string& file) {
+    const char* message = nullptr;
+    handle_ = tivLoadLibrary(file.c_str(), &message);
+    if (handle_ == nullptr && message != nullptr) message_ = message;
+  }
+  ~LoadedModule() {
+    if (handle_ != nullptr) tivFreeLibrary(handle_);
+  }
+  LoadedModule(const LoadedModule&) = delete;
+  LoadedModule& operator=(const LoadedModule&) = delete;
+
+  bool IsLoaded() const { return handle_ != nullptr; }
+  bool Exports(const char* name) const {
+    return tivGetProcAddress(handle_, name, nullptr) != nullptr;
+  }
+  const std::string& message() const { return message_; }
+
+ private:
+  void* handle_;
+  std::string message_;
+};
+
+[[noreturn]] void NoStamp(const std::string& file, const std::string& why,
+                          const std::string& advice) {
+  throw CommandError(kFailure, Quoted(file) + " has no version stamp: " + why, advice);
+}
+
+void RequireFile(const std::string& file) {
+  struct stat status;
+  if (stat(file.c_str(), &status) != 0) {
+    NoStamp(file, std::strerror(errno), "Give the path of a plug-in module.");
+  }
+}
+
+using StampCall = int (*)(char*, char*, unsigned);
+
+std::string Stamp(StampCall call, const std::string& file) {
+  std::string path = file;
+  char stamp[kStampCapacity];
+  if (call(path.data(), stamp, kStampCapacity) == 0) {
+    NoStamp(file, std::string("its ") + kVersionEntryPoint + " reports a failure",
+            "Ask the maker of the module.");
+  }
+  return stamp;
+}
+
+struct Verdict {
+  const char* word;
+  std::string sentence;
+  ExitStatus status;
+};
+
+Verdict Judge(const std::string& platform, const std::string& list) {
+  const uint32_t result = tivmcomn_IsPlatformMatch(platform.c_str(), list.c_str());
+  if (result == 0) {
+    return {"supported", Quoted(platform) + " is supported by " + Quoted(list), kSuccess};
+  }
+  if (result == kVersionOutOfRange) {
+    return {"version-not-supported",
+            Quoted(platform) + " is not supported: " + Quoted(list) +
+                " lists the platform, but not its version",
+            kVersionNotSupported};
+  }
+  return {"platform-not-listed",
+          Quoted(platform) + " is not supported: " + Quoted(list) + " does not list the platform",
+          kPlatformNotListed};
+}
+
+}  // namespace
+
+void MakeGuid(Format format) {
+  char guid[kGuidCapacity];
+  if (!tivmcomn_create_guid(nullptr, guid, kGuidCapacity)) {
+    throw CommandError(kFailure, "cannot make a GUID", "Try again.");
+  }
+  if (format == Format::kJson) {
+    PrintJson({{"guid", guid}});
+  } else {
+    PrintLine(guid);
+  }
+}
+
+void ShowSoftwareId(Format format) {
+  char id[kSoftwareIdCapacity] = {};
+  tivmcomn_get_agent_softwareid(id, kSoftwareIdCapacity);
+  if (format == Format::kJson) {
+    PrintJson({{"softwareId", id}});
+  } else {
+    PrintLine(id);
+  }
+}
+
+void ShowPluginVersion(const std::string& file, Format format) {
+  RequireFile(file);
+  // Without a slash the loader would search its own directories.
+  const std::string path = file.find('/') == std::string::npos ? "./" + file : file;
+  const LoadedModule module(path);
+  if (!module.IsLoaded()) {
+    NoStamp(file, "it cannot be loaded: " + Printable(module.message()),
+            "Give a shared object of this machine's kind whose own needs are met.");
+  }
+  if (!module.Exports(kVersionEntryPoint)) {
+    NoStamp(file, std::string("it exports no ") + kVersionEntryPoint,
+            "It is a shared object, but no plug-in of the agent.");
+  }
+  const std::string hexadecimal = Stamp(tivmcomn_GetFileResourceVersionStamp, path);
+  const std::string dotted = Stamp(tivmcomn_GetFileResourceStringVersionStamp, path);
+  if (format == Format::kJson) {
+    PrintJson({{"file", file}, {"hexadecimal", hexadecimal}, {"dotted", dotted}});
+  } else {
+    PrintPairs({{"Hexadecimal", hexadecimal}, {"Dotted", dotted}});
+  }
+}
+
+ExitStatus JudgePlatform(const std::string& platform, const std::string& list, Format format) {
+  const Verdict verdict = Judge(platform, list);
+  if (format == Format::kJson) {
+    PrintJson({{"platform", platform}, {"list", list}, {"verdict", verdict.word}});
+  } else {
+    PrintLine(verdict.sentence);
+  }
+  return verdict.status;
+}
+
+}  // namespace zebinfo
