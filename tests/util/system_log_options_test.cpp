@@ -34,6 +34,8 @@ void vsyslog(int level, const char* format, va_list args) {
   Write(level, format, args);
 }
 /// What a fortified library calls.
+void __vsyslog_chk(int level, int, const char* format, va_list args)
+    __attribute__((format(printf, 3, 0)));
 void __vsyslog_chk(int level, int, const char* format, va_list args) {
   Write(level, format, args);
 }
