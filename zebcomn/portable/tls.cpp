@@ -25,9 +25,28 @@ bool bFirstCall = true;  // Guarded by g_slot_mutex.
 // an ending thread may be freeing.
 pthread_key_t g_keys[TIV_TLS_SLOT_COUNT];
 
+// Each allocation of a slot has a stamp of its own, never 0.
+uint32_t g_stamps[TIV_TLS_SLOT_COUNT];
+uint32_t g_last_stamp = 0;  // Guarded by g_slot_mutex.
+
+// What the thread has set itself in the lowest slots, the ones that everybody uses. A read that
+// finds its slot's stamp here costs no call of the C library.
+struct CachedValue {
+  uint32_t stamp;
+  void* value;
+};
+constexpr DWORD kCachedSlotCount = 16;
+thread_local CachedValue t_cache[kCachedSlotCount] __attribute__((tls_model("initial-exec")));
+
+uint32_t NextStamp() {
+  if (++g_last_stamp == 0) ++g_last_stamp;
+  return g_last_stamp;
+}
+
 // Whether the slot is allocated; safe without the lock.
 bool IsTaken(DWORD slot) {
-  return slot < TIV_TLS_SLOT_COUNT && zebcomn::LoadAcquire(&pTlsKeyTable[slot]) != nullptr;
+  return __builtin_expect(slot < TIV_TLS_SLOT_COUNT, 1) &&
+         __builtin_expect(zebcomn::LoadAcquire(&pTlsKeyTable[slot]) != nullptr, 1);
 }
 
 void ClearTablesOnFirstCall() {
@@ -81,6 +100,7 @@ DWORD tivTlsAlloc(void) {
   pthread_key_t* cell = MakeKeyCell();
   if (cell == nullptr) return TIV_INVALID_DWORD;
   zebcomn::StoreRelaxed(&g_keys[slot], *cell);
+  zebcomn::StoreRelaxed(&g_stamps[slot], NextStamp());
   zebcomn::StoreRelaxed(&nTlsOwnerTable[slot], static_cast<int32_t>(getpid()));
   zebcomn::StoreRelease(&pTlsKeyTable[slot], cell);
   return slot;
@@ -101,13 +121,19 @@ BOOL tivTlsSetValue(DWORD dwTlsIndex, void* lpTlsValue) {
     zebcomn::StoreError(EINVAL);
     return FALSE;
   }
-  return pthread_setspecific(*pTlsKeyTable[dwTlsIndex], lpTlsValue) == 0 ? TRUE : FALSE;
+  if (pthread_setspecific(*pTlsKeyTable[dwTlsIndex], lpTlsValue) != 0) return FALSE;
+  if (dwTlsIndex < kCachedSlotCount) t_cache[dwTlsIndex] = {g_stamps[dwTlsIndex], lpTlsValue};
+  return TRUE;
 }
 
 void* tivTlsGetValue(DWORD dwTlsIndex) {
   if (!IsTaken(dwTlsIndex)) {
     zebcomn::StoreError(EINVAL);
     return nullptr;
+  }
+  if (dwTlsIndex < kCachedSlotCount) {
+    const CachedValue& cached = t_cache[dwTlsIndex];
+    if (cached.stamp == zebcomn::LoadRelaxed(&g_stamps[dwTlsIndex])) return cached.value;
   }
   return pthread_getspecific(zebcomn::LoadRelaxed(&g_keys[dwTlsIndex]));
 }
