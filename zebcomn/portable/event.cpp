@@ -30,7 +30,8 @@ HANDLE tivCreateEvent(void* /*lpEventAttributes*/, BOOL bManualReset, BOOL bInit
   // Kept: only 1 asks for a signalled event; callers pass other non-zero values for "not".
   if (bInitialState == 1 && tivSetEvent(record) != TRUE) {
     zebcomn::StoreError(EBUSY);
-    tivCloseHandle(record);
+    // Nobody else has the handle, so it ends without its lock, which may be what has failed.
+    std::free(record);
     return nullptr;
   }
   return record;

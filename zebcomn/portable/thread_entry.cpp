@@ -14,11 +14,13 @@ void* tivThreadJuggle(void* pStartBlock) {
   auto* block = static_cast<tivThreadStartBlock*>(pStartBlock);
   if (block == nullptr) return nullptr;
   uintptr_t result = 0;
+  int cancellation = PTHREAD_CANCEL_ENABLE;
   pthread_cleanup_push(tivCleanupThread, block);
   result = block->pfnStart(block->pParam);
-  // A cancellation from here on must not cut the clean-up short.
-  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
+  // A cancellation must not cut the clean-up short from here on.
+  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &cancellation);
   pthread_cleanup_pop(1);
+  pthread_setcancelstate(cancellation, nullptr);
   return reinterpret_cast<void*>(result);
 }
 

@@ -1,0 +1,314 @@
+#include "tests/portable/interposed_calls.h"
+
+#include <dlfcn.h>
+#include <pthread.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define ZEBCOMN_ALLOCATION_IS_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define ZEBCOMN_ALLOCATION_IS_SANITIZED 1
+#endif
+#endif
+
+namespace zebcomn_test {
+namespace {
+
+constexpr size_t kCallCount = static_cast<size_t>(Call::kCount);
+
+struct ThreadPlan {
+  bool watched;
+  bool failed;
+  Call failing;
+  int countdown;
+  int error;
+  int unfreed;
+  std::array<int, kCallCount> counts;
+  bool makes_up_keys;
+  unsigned next_key;
+};
+thread_local ThreadPlan plan;
+
+std::atomic<StepHook> step_hook{nullptr};
+std::atomic<FreeHook> free_hook{nullptr};
+std::atomic<bool> clock_is_fixed{false};
+timeval fixed_now;
+
+// Counts a call of a watched thread: the error with which it must fail, or 0.
+int ErrorFor(Call call) {
+  if (!plan.watched) return 0;
+  ++plan.counts[static_cast<size_t>(call)];
+  if (plan.failing != call || plan.countdown <= 0 || --plan.countdown != 0) return 0;
+  plan.failed = true;
+  return plan.error;
+}
+
+// Runs the hook around a call.
+class Step {
+ public:
+  Step(Call call, const void* object) : call_(call), object_(const_cast<void*>(object)) {
+    Run(true);
+  }
+  ~Step() { Run(false); }
+
+ private:
+  void Run(bool before) const {
+    const StepHook hook = step_hook.load(std::memory_order_relaxed);
+    if (hook != nullptr) hook(call_, before, object_);
+  }
+  Call call_;
+  void* object_;
+};
+
+// The C library's own function of a name, found once.
+class Real {
+ public:
+  constexpr explicit Real(const char* name) : name_(name) {}
+
+  template <typename Result, typename... Arguments>
+  Result Call(Arguments... arguments) {
+    void* function = function_.load(std::memory_order_relaxed);
+    if (function == nullptr) {
+      function = dlsym(RTLD_NEXT, name_);
+      function_.store(function, std::memory_order_relaxed);
+    }
+    return reinterpret_cast<Result (*)(Arguments...)>(function)(arguments...);
+  }
+
+ private:
+  const char* name_;
+  std::atomic<void*> function_{nullptr};
+};
+
+// Passes a call that returns its error on, unless it is the one to fail.
+template <typename... Arguments>
+int Pass(Call call, const void* object, Real* real, Arguments... arguments) {
+  const Step step(call, object);
+  if (const int error = ErrorFor(call)) return error;
+  return real->Call<int>(arguments...);
+}
+
+// The same for a call that returns -1 and sets errno.
+template <typename... Arguments>
+int PassErrno(Call call, Real* real, Arguments... arguments) {
+  const Step step(call, nullptr);
+  if (const int error = ErrorFor(call)) {
+    errno = error;
+    return -1;
+  }
+  return real->Call<int>(arguments...);
+}
+
+}  // namespace
+
+#ifdef ZEBCOMN_ALLOCATION_IS_SANITIZED
+const bool kAllocationIsInterposed = false;
+#else
+const bool kAllocationIsInterposed = true;
+#endif
+
+CallWatch::CallWatch() : CallWatch(Call::kCount, 0, 0) {}
+
+CallWatch::CallWatch(Call call, int nth, int error) {
+  plan.counts.fill(0);
+  plan.failing = call;
+  plan.countdown = nth;
+  plan.error = error;
+  plan.failed = false;
+  plan.unfreed = 0;
+  plan.watched = true;
+}
+
+CallWatch::~CallWatch() {
+  plan.watched = false;
+}
+
+int CallWatch::Count(Call call) const {
+  return plan.counts[static_cast<size_t>(call)];
+}
+
+bool CallWatch::Failed() const {
+  return plan.failed;
+}
+
+int CallWatch::UnfreedBlocks() const {
+  return plan.unfreed;
+}
+
+FixedClock::FixedClock(const timeval& now) {
+  fixed_now = now;
+  clock_is_fixed = true;
+}
+
+FixedClock::~FixedClock() {
+  clock_is_fixed = false;
+}
+
+void SetStepHook(StepHook hook) {
+  step_hook = hook;
+}
+
+void SetFreeHook(FreeHook hook) {
+  free_hook = hook;
+}
+
+MadeUpKeys::MadeUpKeys(unsigned first) {
+  plan.next_key = first;
+  plan.makes_up_keys = true;
+}
+
+MadeUpKeys::~MadeUpKeys() {
+  plan.makes_up_keys = false;
+}
+
+}  // namespace zebcomn_test
+
+using zebcomn_test::Call;
+
+using zebcomn_test::Call;
+using zebcomn_test::ErrorFor;
+using zebcomn_test::Pass;
+using zebcomn_test::PassErrno;
+using zebcomn_test::Real;
+using zebcomn_test::Step;
+
+#pragma GCC visibility push(default)
+extern "C" {
+
+int pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes) noexcept {
+  static Real real("pthread_mutex_init");
+  return Pass(Call::kMutexInit, mutex, &real, mutex, attributes);
+}
+
+int pthread_mutex_lock(pthread_mutex_t* mutex) noexcept {
+  static Real real("pthread_mutex_lock");
+  return Pass(Call::kMutexLock, mutex, &real, mutex);
+}
+
+int pthread_mutex_unlock(pthread_mutex_t* mutex) noexcept {
+  static Real real("pthread_mutex_unlock");
+  return Pass(Call::kMutexUnlock, mutex, &real, mutex);
+}
+
+int pthread_cond_init(pthread_cond_t* cond, const pthread_condattr_t* attributes) noexcept {
+  static Real real("pthread_cond_init");
+  return Pass(Call::kCondInit, cond, &real, cond, attributes);
+}
+
+int pthread_cond_broadcast(pthread_cond_t* cond) noexcept {
+  static Real real("pthread_cond_broadcast");
+  return Pass(Call::kCondBroadcast, cond, &real, cond);
+}
+
+int pthread_cond_wait(pthread_cond_t* cond, pthread_mutex_t* mutex) {
+  static Real real("pthread_cond_wait");
+  return Pass(Call::kCondWait, cond, &real, cond, mutex);
+}
+
+int pthread_cond_timedwait(pthread_cond_t* cond, pthread_mutex_t* mutex, const timespec* deadline) {
+  static Real real("pthread_cond_timedwait");
+  return Pass(Call::kCondTimedwait, cond, &real, cond, mutex, deadline);
+}
+
+int pthread_attr_init(pthread_attr_t* attributes) noexcept {
+  static Real real("pthread_attr_init");
+  return Pass(Call::kAttrInit, nullptr, &real, attributes);
+}
+
+int pthread_attr_setdetachstate(pthread_attr_t* attributes, int state) noexcept {
+  static Real real("pthread_attr_setdetachstate");
+  return Pass(Call::kAttrSetdetachstate, nullptr, &real, attributes, state);
+}
+
+int pthread_attr_destroy(pthread_attr_t* attributes) noexcept {
+  static Real real("pthread_attr_destroy");
+  return Pass(Call::kAttrDestroy, nullptr, &real, attributes);
+}
+
+int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*routine)(void*),
+                   void* argument) noexcept {
+  static Real real("pthread_create");
+  return Pass(Call::kThreadCreate, nullptr, &real, thread, attributes, routine, argument);
+}
+
+int pthread_setspecific(pthread_key_t key, const void* value) noexcept {
+  static Real real("pthread_setspecific");
+  return Pass(Call::kSetspecific, nullptr, &real, key, value);
+}
+
+int close(int descriptor) {
+  static Real real("close");
+  return PassErrno(Call::kClose, &real, descriptor);
+}
+
+int remove(const char* path) noexcept {
+  static Real real("remove");
+  return PassErrno(Call::kRemove, &real, path);
+}
+
+void* pthread_getspecific(pthread_key_t key) noexcept {
+  static Real real("pthread_getspecific");
+  ErrorFor(Call::kGetspecific);
+  return real.Call<void*>(key);
+}
+
+int pthread_key_create(pthread_key_t* key, void (*destructor)(void*)) noexcept {
+  static Real real("pthread_key_create");
+  const Step step(Call::kKeyCreate, nullptr);
+  if (const int error = ErrorFor(Call::kKeyCreate)) return error;
+  if (!zebcomn_test::plan.makes_up_keys) return real.Call<int>(key, destructor);
+  *key = zebcomn_test::plan.next_key++;
+  return 0;
+}
+
+int pthread_key_delete(pthread_key_t key) noexcept {
+  static Real real("pthread_key_delete");
+  const Step step(Call::kKeyDelete, nullptr);
+  if (const int error = ErrorFor(Call::kKeyDelete)) return error;
+  return zebcomn_test::plan.makes_up_keys ? 0 : real.Call<int>(key);
+}
+
+int gettimeofday(timeval* now, void* zone) noexcept {
+  static Real real("gettimeofday");
+  const Step step(Call::kGettimeofday, nullptr);
+  if (const int error = ErrorFor(Call::kGettimeofday)) {
+    errno = error;
+    return -1;
+  }
+  if (!zebcomn_test::clock_is_fixed) return real.Call<int>(now, zone);
+  *now = zebcomn_test::fixed_now;
+  return 0;
+}
+
+#ifndef ZEBCOMN_ALLOCATION_IS_SANITIZED
+void* __libc_malloc(size_t size);
+void __libc_free(void* block);
+
+void* malloc(size_t size) noexcept {
+  if (const int error = ErrorFor(Call::kMalloc)) {
+    errno = error;
+    return nullptr;
+  }
+  void* block = __libc_malloc(size);
+  if (zebcomn_test::plan.watched && block != nullptr) ++zebcomn_test::plan.unfreed;
+  return block;
+}
+
+void free(void* block) noexcept {
+  if (block == nullptr) return;
+  const Step step(Call::kFree, block);
+  if (zebcomn_test::plan.watched) --zebcomn_test::plan.unfreed;
+  const zebcomn_test::FreeHook hook = zebcomn_test::free_hook.load(std::memory_order_relaxed);
+  if (hook != nullptr) return hook(block);
+  __libc_free(block);
+}
+#endif
+
+}  // extern "C"
+#pragma GCC visibility pop
