@@ -9,14 +9,6 @@
 #include <cstddef>
 #include <cstdio>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define ZEBCOMN_ALLOCATION_IS_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define ZEBCOMN_ALLOCATION_IS_SANITIZED 1
-#endif
-#endif
-
 namespace zebcomn_test {
 namespace {
 
@@ -107,7 +99,7 @@ int PassErrno(Call call, Real* real, Arguments... arguments) {
 
 }  // namespace
 
-#ifdef ZEBCOMN_ALLOCATION_IS_SANITIZED
+#ifdef ZEBCOMN_SANITIZED
 const bool kAllocationIsInterposed = false;
 #else
 const bool kAllocationIsInterposed = true;
@@ -286,7 +278,7 @@ int gettimeofday(timeval* now, void* zone) noexcept {
   return 0;
 }
 
-#ifndef ZEBCOMN_ALLOCATION_IS_SANITIZED
+#ifndef ZEBCOMN_SANITIZED
 void* __libc_malloc(size_t size);
 void __libc_free(void* block);
 

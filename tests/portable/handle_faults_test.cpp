@@ -1,0 +1,410 @@
+// Each call of the C library that the handle calls make fails once, in each place.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "tests/portable/interposed_calls.h"
+#include "tests/portable/owned_handle.h"
+#include "tests/support/scratch_dir.h"
+#include "zebcomn/portable/error.h"
+#include "zebcomn/portable/file_record_internal.h"
+#include "zebcomn/portable/interlocked.h"
+#include "zebcomn/portable/tls.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/lsan_interface.h>
+#endif
+
+namespace {
+
+using zebcomn_test::Call;
+using zebcomn_test::CallWatch;
+using zebcomn_test::kAllocationIsInterposed;
+using zebcomn_test::NewEvent;
+using zebcomn_test::NewThread;
+using zebcomn_test::OwnedHandle;
+using zebcomn_test::Poll;
+using zebcomn_test::WaitForEver;
+
+constexpr int kUntouched = 77;
+
+// One call that fails in a creation, and what is seen of it.
+struct CreationFault {
+  Call call;
+  int nth;
+  int error_slot;   // nErrno afterwards.
+  int left_behind;  // Blocks of memory that are never freed.
+};
+
+// The leak checker is not told of what a described omission leaves behind.
+class ForgiveLeaks {
+ public:
+#if defined(__SANITIZE_ADDRESS__)
+  ForgiveLeaks() {
+    __lsan_disable();
+  }
+  ~ForgiveLeaks() {
+    __lsan_enable();
+  }
+#else
+  ForgiveLeaks() {}
+  ~ForgiveLeaks() {}
+#endif
+  ForgiveLeaks(const ForgiveLeaks&) = delete;
+  ForgiveLeaks& operator=(const ForgiveLeaks&) = delete;
+};
+
+// Expects `create` to give `failure` under each fault, and to leave what the fault says.
+template <typename Create, size_t kFaults>
+void ExpectFaults(const CreationFault (&faults)[kFaults], HANDLE failure, const Create& create) {
+  for (const CreationFault& fault : faults) {
+    if (fault.call == Call::kMalloc && !kAllocationIsInterposed) continue;
+    SCOPED_TRACE(testing::Message()
+                 << "call " << static_cast<int>(fault.call) << ", place " << fault.nth);
+    const ForgiveLeaks omission;
+    nErrno = kUntouched;
+    HANDLE handle = nullptr;
+    int left_behind = 0;
+    bool failed = false;
+    {
+      const CallWatch watch(fault.call, fault.nth, EAGAIN);
+      handle = create();
+      left_behind = watch.UnfreedBlocks();
+      failed = watch.Failed();
+    }
+    EXPECT_TRUE(failed);
+    EXPECT_EQ(handle, failure);
+    EXPECT_EQ(nErrno, fault.error_slot);
+    if (kAllocationIsInterposed) {
+      EXPECT_EQ(left_behind, fault.left_behind);
+    }
+  }
+}
+
+TEST(AllocationFaults, AreInterposed) {
+  if (!kAllocationIsInterposed) GTEST_SKIP() << "malloc() belongs to the sanitizer";
+  const CallWatch watch;
+  const OwnedHandle event(NewEvent());
+  EXPECT_EQ(watch.Count(Call::kMalloc), 1);
+  EXPECT_EQ(watch.UnfreedBlocks(), 1);
+}
+
+TEST(CreationFaults, Event) {
+  constexpr CreationFault kFaults[] = {
+      {Call::kMalloc, 1, ENOMEM, 0},        {Call::kCondInit, 1, kUntouched, 0},
+      {Call::kMutexInit, 1, kUntouched, 0}, {Call::kMutexLock, 1, EBUSY, 0},
+      {Call::kCondBroadcast, 1, EBUSY, 0},  {Call::kMutexUnlock, 1, EBUSY, 0},
+  };
+  ExpectFaults(kFaults, nullptr, [] { return NewEvent(1); });
+}
+
+TEST(CreationFaults, EventThatIsNotSignalledTakesNoLock) {
+  const CallWatch watch;
+  const OwnedHandle event(NewEvent(0));
+  EXPECT_EQ(watch.Count(Call::kMutexLock), 0);
+}
+
+TEST(CreationFaults, MutexKeepsTheOwnershipLocksMemoryWhenItsRecordCannotBeMade) {
+  constexpr CreationFault kFaults[] = {
+      {Call::kMalloc, 1, ENOMEM, 0},        {Call::kMalloc, 2, ENOMEM, 0},
+      {Call::kCondInit, 1, kUntouched, 1},  {Call::kMutexInit, 1, kUntouched, 1},
+      {Call::kMutexInit, 2, kUntouched, 0}, {Call::kMutexLock, 1, kUntouched, 0},
+  };
+  ExpectFaults(kFaults, nullptr, [] { return tivCreateMutex(nullptr, 1, nullptr); });
+}
+
+DWORD DoNothing(void* /*parameter*/) {
+  return 0;
+}
+
+constexpr CreationFault kThreadFaults[] = {
+    {Call::kMalloc, 1, ENOMEM, 0},
+    {Call::kMalloc, 2, ENOMEM, 0},
+    {Call::kMalloc, 3, kUntouched, 0},
+    {Call::kCondInit, 1, kUntouched, 0},
+    {Call::kMutexInit, 1, kUntouched, 0},
+    {Call::kAttrInit, 1, kUntouched, 0},
+    {Call::kAttrSetdetachstate, 1, kUntouched, 0},
+    {Call::kThreadCreate, 1, kUntouched, 0},
+};
+
+TEST(CreationFaults, Thread) {
+  ExpectFaults(kThreadFaults, TIV_INVALID_HANDLE, [] {
+    DWORD id = kUntouched;
+    HANDLE thread = tivBeginThread(nullptr, 0, DoNothing, nullptr, 0, &id);
+    EXPECT_EQ(id, DWORD{kUntouched});
+    return thread;
+  });
+}
+
+TEST(CreationFaults, ThreadFailureIsNullInTheOtherForm) {
+  ExpectFaults(kThreadFaults, nullptr, [] { return NewThread(DoNothing, nullptr); });
+}
+
+TEST(CreationFaults, ThreadAttributesAreDestroyed) {
+  for (const auto& [call, destroyed] :
+       {std::pair{Call::kAttrInit, 0}, {Call::kAttrSetdetachstate, 1}, {Call::kThreadCreate, 1}}) {
+    const CallWatch watch(call, 1, EAGAIN);
+    EXPECT_EQ(NewThread(DoNothing, nullptr), nullptr);
+    EXPECT_EQ(watch.Count(Call::kAttrDestroy), destroyed);
+  }
+}
+
+// A call on a handle that a fault makes FALSE, and whether the record is left locked.
+template <typename Operation>
+bool FailsUnder(Call call, int nth, const Operation& operation) {
+  nErrno = kUntouched;
+  const CallWatch watch(call, nth, EINVAL);
+  const bool refused = operation() == 0;
+  return refused && watch.Failed() && nErrno == kUntouched;
+}
+
+bool IsLocked(_tivHandleObject_t* record) {
+  if (pthread_mutex_trylock(&record->mutex) != 0) return true;
+  pthread_mutex_unlock(&record->mutex);
+  return false;
+}
+
+TEST(EventFaults, Set) {
+  const OwnedHandle event(NewEvent());
+  const auto set = [&] { return tivSetEvent(event.get()); };
+  EXPECT_TRUE(FailsUnder(Call::kMutexLock, 1, set));
+  EXPECT_EQ(event.record()->bSignalled, 0);
+  EXPECT_TRUE(FailsUnder(Call::kCondBroadcast, 1, set));
+  EXPECT_EQ(event.record()->bSignalled, 1);
+  EXPECT_FALSE(IsLocked(event.record()));
+  EXPECT_TRUE(FailsUnder(Call::kMutexUnlock, 1, set));
+  EXPECT_EQ(pthread_mutex_unlock(&event.record()->mutex), 0);
+}
+
+TEST(EventFaults, Reset) {
+  const OwnedHandle event(NewEvent(1));
+  const auto reset = [&] { return tivResetEvent(event.get()); };
+  EXPECT_TRUE(FailsUnder(Call::kMutexLock, 1, reset));
+  EXPECT_EQ(event.record()->bSignalled, 1);
+  EXPECT_TRUE(FailsUnder(Call::kMutexUnlock, 1, reset));
+  EXPECT_EQ(event.record()->bSignalled, 0);
+  EXPECT_EQ(pthread_mutex_unlock(&event.record()->mutex), 0);
+}
+
+TEST(MutexFaults, Release) {
+  const OwnedHandle mutex(tivCreateMutex(nullptr, 1, nullptr));
+  const auto release = [&] { return tivReleaseMutex(mutex.get()); };
+  EXPECT_TRUE(FailsUnder(Call::kMutexLock, 1, release));
+  EXPECT_TRUE(FailsUnder(Call::kMutexUnlock, 1, release)) << "the ownership lock";
+  EXPECT_EQ(mutex.record()->bSignalled, 0) << "still owned";
+  EXPECT_FALSE(IsLocked(mutex.record()));
+  EXPECT_TRUE(FailsUnder(Call::kCondBroadcast, 1, release));
+  EXPECT_EQ(mutex.record()->bSignalled, 1);
+  EXPECT_FALSE(IsLocked(mutex.record()));
+  EXPECT_EQ(Poll(mutex.get()), TIV_WAIT_SIGNALLED);
+  EXPECT_TRUE(FailsUnder(Call::kMutexUnlock, 2, release)) << "the record's lock";
+  EXPECT_EQ(pthread_mutex_unlock(&mutex.record()->mutex), 0);
+}
+
+TEST(WaitFaults, Locks) {
+  const OwnedHandle event(NewEvent(1));
+  const auto wait = [&] { return WaitForEver(event.get()); };
+  EXPECT_TRUE(FailsUnder(Call::kMutexLock, 1, wait));
+  EXPECT_TRUE(FailsUnder(Call::kMutexUnlock, 1, wait));
+  EXPECT_EQ(pthread_mutex_unlock(&event.record()->mutex), 0);
+}
+
+TEST(WaitFaults, OwnershipLock) {
+  const OwnedHandle mutex(tivCreateMutex(nullptr, 0, nullptr));
+  EXPECT_TRUE(FailsUnder(Call::kMutexLock, 2, [&] { return Poll(mutex.get()); }));
+  EXPECT_EQ(mutex.record()->bSignalled, 1) << "not taken";
+  EXPECT_FALSE(IsLocked(mutex.record()));
+}
+
+TEST(WaitFaults, UnreadableClockLeavesTheRecordLocked) {
+  const OwnedHandle event(NewEvent());
+  EXPECT_TRUE(FailsUnder(Call::kGettimeofday, 1,
+                         [&] { return tivWaitForSingleObject(event.get(), 1000); }));
+  EXPECT_EQ(pthread_mutex_trylock(&event.record()->mutex), EBUSY);
+  EXPECT_EQ(pthread_mutex_unlock(&event.record()->mutex), 0);
+}
+
+TEST(WaitFaults, Sleeps) {
+  const OwnedHandle event(NewEvent());
+  struct Row {
+    Call call;
+    DWORD timeout;
+    int error;
+    DWORD result;
+  };
+  for (const Row& row : {Row{Call::kCondWait, TIV_WAIT_INFINITE, EPERM, TIV_WAIT_FAILED},
+                         Row{Call::kCondWait, TIV_WAIT_INFINITE, ETIMEDOUT, TIV_WAIT_TIMEOUT},
+                         Row{Call::kCondTimedwait, 1000, EINVAL, TIV_WAIT_FAILED},
+                         Row{Call::kCondTimedwait, 1000, EPERM, TIV_WAIT_FAILED},
+                         Row{Call::kCondTimedwait, 1000, ETIMEDOUT, TIV_WAIT_TIMEOUT}}) {
+    nErrno = kUntouched;
+    const CallWatch watch(row.call, 1, row.error);
+    EXPECT_EQ(tivWaitForSingleObject(event.get(), row.timeout), row.result);
+    EXPECT_TRUE(watch.Failed());
+    EXPECT_EQ(nErrno, kUntouched);
+    EXPECT_FALSE(IsLocked(event.record()));
+  }
+}
+
+TEST(WaitFaults, SeveralHandlesFailWithTheFirstFailure) {
+  const OwnedHandle events[] = {OwnedHandle(NewEvent()), OwnedHandle(NewEvent(1))};
+  const HANDLE handles[] = {events[0].get(), events[1].get()};
+  EXPECT_TRUE(FailsUnder(Call::kMutexLock, 1,
+                         [&] { return tivWaitForMultipleObjects(2, handles, 0, 1000); }));
+}
+
+TEST(CloseFaults, Locks) {
+  HANDLE event = NewEvent();
+  _tivHandleObject_t* record = zebcomn_test::RecordOf(event);
+  const auto close = [&] { return tivCloseHandle(event); };
+  EXPECT_TRUE(FailsUnder(Call::kMutexLock, 1, close));
+  EXPECT_EQ(record->nRefCount, 1u);
+  EXPECT_TRUE(FailsUnder(Call::kMutexUnlock, 1, close));
+  EXPECT_EQ(record->nRefCount, 0u);
+  EXPECT_EQ(pthread_mutex_unlock(&record->mutex), 0);
+  EXPECT_EQ(tivCloseHandle(event), TRUE) << "the count is unsigned";
+  std::free(event);
+}
+
+TEST(CloseFaults, NothingOfAnEventOrAMutexIsLeft) {
+  if (!kAllocationIsInterposed) GTEST_SKIP() << "malloc() belongs to the sanitizer";
+  const CallWatch watch;
+  tivCloseHandle(NewEvent(1));
+  tivCloseHandle(tivCreateMutex(nullptr, 1, nullptr));
+  EXPECT_EQ(watch.UnfreedBlocks(), 0);
+}
+
+// The error of the record's lock is the caller's to see; the library's own lock is taken anyhow.
+TEST(CloseFaults, ThreadIsPartedFromItsRecordWhateverTheLibrarysOwnLockSays) {
+  for (const auto& [call, nth] :
+       {std::pair{Call::kMutexLock, 2}, std::pair{Call::kMutexUnlock, 2}}) {
+    HANDLE thread = NewThread(DoNothing, nullptr);
+    WaitForEver(thread);
+    const CallWatch watch(call, nth, EAGAIN);
+    EXPECT_EQ(tivCloseHandle(thread), TRUE);
+    EXPECT_TRUE(watch.Failed());
+  }
+}
+
+// A file handle as opening makes it.
+HANDLE FileHandle(const std::string& path) {
+  auto* file = static_cast<zebcomn::FileRecord*>(std::calloc(1, sizeof(zebcomn::FileRecord)));
+  file->descriptor = open(path.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
+  file->delete_on_close = 1;
+  path.copy(file->path, sizeof(file->path) - 1);
+  auto* record = static_cast<_tivHandleObject_t*>(std::calloc(1, sizeof(_tivHandleObject_t)));
+  record->pObject = file;
+  record->nRefCount = 1;
+  pthread_cond_init(&record->cond, nullptr);
+  pthread_mutex_init(&record->mutex, nullptr);
+  return record;
+}
+
+TEST(CloseFaults, File) {
+  const zebcomn_test::ScratchDir dir;
+  HANDLE file = FileHandle(dir / "file");
+  const auto close = [&] {
+    zebcomn_test::RecordOf(file)->nRefCount = 1;
+    return tivCloseHandle(file);
+  };
+  EXPECT_TRUE(FailsUnder(Call::kClose, 1, close));
+  const int descriptor =
+      static_cast<zebcomn::FileRecord*>(zebcomn_test::RecordOf(file)->pObject)->descriptor;
+  EXPECT_NE(fcntl(descriptor, F_GETFD), -1) << "the descriptor is still open";
+  EXPECT_TRUE(FailsUnder(Call::kRemove, 1, close));
+  EXPECT_EQ(fcntl(descriptor, F_GETFD), -1);
+  std::free(zebcomn_test::RecordOf(file)->pObject);
+  std::free(file);
+}
+
+// What fails on the ending thread itself.
+struct EndFault {
+  Call call;
+  int nth;
+};
+
+DWORD EndUnderFault(void* fault) {
+  const auto* chosen = static_cast<EndFault*>(fault);
+  // Lives on in the thread until its end.
+  alignas(CallWatch) static thread_local char room[sizeof(CallWatch)];
+  new (room) CallWatch(chosen->call, chosen->nth, EAGAIN);
+  return 0;
+}
+
+TEST(ThreadEndFaults, HandleIsSignalledAllTheSame) {
+  for (EndFault fault :
+       {EndFault{Call::kMutexLock, 1}, EndFault{Call::kMutexLock, 2}, EndFault{Call::kMutexLock, 3},
+        EndFault{Call::kCondBroadcast, 1}, EndFault{Call::kCondBroadcast, 2},
+        EndFault{Call::kMutexUnlock, 1}, EndFault{Call::kMutexUnlock, 3}}) {
+    SCOPED_TRACE(testing::Message()
+                 << "call " << static_cast<int>(fault.call) << ", place " << fault.nth);
+    HANDLE thread = NewThread(EndUnderFault, &fault);
+    const int32_t* flag = &zebcomn_test::RecordOf(thread)->bSignalled;
+    while (__atomic_load_n(flag, __ATOMIC_ACQUIRE) != 1) sched_yield();
+    EXPECT_EQ(WaitForEver(thread), TIV_WAIT_SIGNALLED);
+    EXPECT_EQ(tivCloseHandle(thread), TRUE);
+  }
+}
+
+TEST(TlsFaults, Alloc) {
+  for (const CreationFault& fault : {CreationFault{Call::kMalloc, 1, ENOMEM, 0},
+                                     CreationFault{Call::kKeyCreate, 1, kUntouched, 0}}) {
+    if (fault.call == Call::kMalloc && !kAllocationIsInterposed) continue;
+    nErrno = kUntouched;
+    const CallWatch watch(fault.call, fault.nth, EAGAIN);
+    EXPECT_EQ(tivTlsAlloc(), TIV_INVALID_DWORD);
+    EXPECT_TRUE(watch.Failed());
+    EXPECT_EQ(nErrno, fault.error_slot);
+    if (kAllocationIsInterposed) {
+      EXPECT_EQ(watch.UnfreedBlocks(), 0);
+    }
+    EXPECT_EQ(pTlsKeyTable[0], nullptr);
+    EXPECT_EQ(nTlsOwnerTable[0], 0);
+  }
+}
+
+TEST(TlsFaults, SlotIsClearedEvenWhenItsKeyCannotBeDeleted) {
+  const DWORD slot = tivTlsAlloc();
+  const pthread_key_t key = *pTlsKeyTable[slot];
+  EXPECT_TRUE(FailsUnder(Call::kKeyDelete, 1, [&] { return tivTlsFree(slot); }));
+  EXPECT_EQ(pTlsKeyTable[slot], nullptr);
+  EXPECT_EQ(nTlsOwnerTable[slot], 0);
+  EXPECT_EQ(pthread_key_delete(key), 0);
+}
+
+TEST(TlsFaults, ValueThatCannotBeStoredLeavesTheOldOne) {
+  const DWORD slot = tivTlsAlloc();
+  int values[2];
+  EXPECT_EQ(tivTlsSetValue(slot, &values[0]), TRUE);
+  EXPECT_TRUE(FailsUnder(Call::kSetspecific, 1, [&] { return tivTlsSetValue(slot, &values[1]); }));
+  EXPECT_EQ(tivTlsGetValue(slot), &values[0]);
+  EXPECT_EQ(tivTlsFree(slot), TRUE);
+}
+
+TEST(TlsFaults, TheLibrarysOwnLockIsTakenAnyhow) {
+  for (const Call call : {Call::kMutexLock, Call::kMutexUnlock}) {
+    const CallWatch watch(call, 1, EAGAIN);
+    const DWORD slot = tivTlsAlloc();
+    EXPECT_TRUE(watch.Failed());
+    EXPECT_EQ(tivTlsFree(slot), TRUE);
+  }
+}
+
+TEST(InterlockedFaults, OperationIsDoneWithoutTheLock) {
+  LONG value = 5;
+  {
+    const CallWatch watch(Call::kMutexLock, 1, EAGAIN);
+    EXPECT_EQ(tivInterlockedIncrement(&value), 6);
+    EXPECT_EQ(watch.Count(Call::kMutexUnlock), 0) << "what was not locked is not unlocked";
+  }
+  const CallWatch watch(Call::kMutexLock, 1, EAGAIN);
+  EXPECT_EQ(tivInterlockedExchange(&value, 9), 6);
+  EXPECT_EQ(watch.Count(Call::kMutexUnlock), 0);
+}
+
+}  // namespace
