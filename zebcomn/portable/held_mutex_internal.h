@@ -12,8 +12,17 @@ class HeldMutex {
   /// Locks `mutex`; a failure shows in held().
   explicit HeldMutex(pthread_mutex_t& mutex)
       : mutex_(pthread_mutex_lock(&mutex) == 0 ? &mutex : nullptr) {}
+  /// Says that the mutex is the library's own: neither its lock nor its unlock can fail, and
+  /// nothing could go on safely if one did. A system that reports a failure is asked again.
+  struct Insist {};
+  HeldMutex(pthread_mutex_t& mutex, Insist) : mutex_(&mutex), insists_(true) {
+    while (pthread_mutex_lock(&mutex) != 0) {
+    }
+  }
   ~HeldMutex() {
-    if (mutex_ != nullptr) pthread_mutex_unlock(mutex_);
+    if (mutex_ == nullptr) return;
+    while (pthread_mutex_unlock(mutex_) != 0 && insists_) {
+    }
   }
   HeldMutex(const HeldMutex&) = delete;
   HeldMutex& operator=(const HeldMutex&) = delete;
@@ -34,25 +43,7 @@ class HeldMutex {
 
  private:
   pthread_mutex_t* mutex_;
-};
-
-/// The same for a mutex of the library's own. Neither its lock nor its unlock can fail, and nothing
-/// could go on safely if one did: a system that reports a failure is asked again.
-class HeldOwnMutex {
- public:
-  explicit HeldOwnMutex(pthread_mutex_t& mutex) : mutex_(mutex) {
-    while (pthread_mutex_lock(&mutex_) != 0) {
-    }
-  }
-  ~HeldOwnMutex() {
-    while (pthread_mutex_unlock(&mutex_) != 0) {
-    }
-  }
-  HeldOwnMutex(const HeldOwnMutex&) = delete;
-  HeldOwnMutex& operator=(const HeldOwnMutex&) = delete;
-
- private:
-  pthread_mutex_t& mutex_;
+  const bool insists_ = false;
 };
 
 }  // namespace zebcomn

@@ -41,7 +41,7 @@ void SignalRecord(const tivThreadStartBlock* block) {
 
 // Marks the block's record as ending. False when the handle is closed: there is no record.
 bool EnterEnd(const tivThreadStartBlock* block) {
-  HeldOwnMutex lock(g_end_mutex);
+  HeldMutex lock(g_end_mutex, HeldMutex::Insist{});
   const bool detached = block->pbSignalled == &bDummyThreadSignalled;
   if (detached) {
     StoreRelease(&bDummyThreadSignalled, 1);
@@ -52,7 +52,7 @@ bool EnterEnd(const tivThreadStartBlock* block) {
 }
 
 void LeaveEnd(const tivThreadStartBlock* block) {
-  HeldOwnMutex lock(g_end_mutex);
+  HeldMutex lock(g_end_mutex, HeldMutex::Insist{});
   if (_tivHandleObject_t* record = RecordOfBlock(block)) record->ppThreadSignalled = nullptr;
   pthread_cond_broadcast(&g_end_over);
 }
@@ -75,7 +75,7 @@ void SignalThreadEnd(tivThreadStartBlock* block) {
 }
 
 void DetachThread(_tivHandleObject_t* record) {
-  HeldOwnMutex lock(g_end_mutex);
+  HeldMutex lock(g_end_mutex, HeldMutex::Insist{});
   if (record->ppThreadSignalled == &g_ending_mark) AwaitEnd(record);
   if (record->ppThreadSignalled != nullptr) *record->ppThreadSignalled = &bDummyThreadSignalled;
 }

@@ -13,7 +13,7 @@ int32_t nTlsOwnerTable[TIV_TLS_SLOT_COUNT];
 
 namespace {
 
-using zebcomn::HeldOwnMutex;
+using zebcomn::HeldMutex;
 
 // Serialises the changes to the tables, and the use of a key in tivTlsSetValue() against its
 // deletion: a deleted key may belong to somebody else at once. tivTlsGetValue() takes no lock.
@@ -90,7 +90,7 @@ bool FreeTakenSlot(DWORD slot) {
 }  // namespace
 
 DWORD tivTlsAlloc(void) {
-  HeldOwnMutex lock(g_slot_mutex);
+  HeldMutex lock(g_slot_mutex, HeldMutex::Insist{});
   ClearTablesOnFirstCall();
   const DWORD slot = FindFreeSlot();
   if (slot == TIV_TLS_SLOT_COUNT) {
@@ -107,7 +107,7 @@ DWORD tivTlsAlloc(void) {
 }
 
 BOOL tivTlsFree(DWORD dwTlsIndex) {
-  HeldOwnMutex lock(g_slot_mutex);
+  HeldMutex lock(g_slot_mutex, HeldMutex::Insist{});
   if (!IsTaken(dwTlsIndex)) {
     zebcomn::StoreError(EINVAL);
     return FALSE;
@@ -116,7 +116,7 @@ BOOL tivTlsFree(DWORD dwTlsIndex) {
 }
 
 BOOL tivTlsSetValue(DWORD dwTlsIndex, void* lpTlsValue) {
-  HeldOwnMutex lock(g_slot_mutex);
+  HeldMutex lock(g_slot_mutex, HeldMutex::Insist{});
   if (!IsTaken(dwTlsIndex)) {
     zebcomn::StoreError(EINVAL);
     return FALSE;
@@ -142,7 +142,7 @@ void zebcomn::FreeOwnTlsSlots() {
   const auto process = static_cast<int32_t>(getpid());
   for (DWORD slot = 0; slot < TIV_TLS_SLOT_COUNT; ++slot) {
     if (!IsTaken(slot)) continue;
-    HeldOwnMutex lock(g_slot_mutex);
+    HeldMutex lock(g_slot_mutex, HeldMutex::Insist{});
     if (IsTaken(slot) && nTlsOwnerTable[slot] == process) FreeTakenSlot(slot);
   }
 }
