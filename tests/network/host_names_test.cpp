@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 
+#include "tests/support/failing_allocation.h"
 #include "zebcomn/sysprops/property_names.h"
 
 namespace {
@@ -194,6 +195,24 @@ TEST_F(HostNamesTest, TheFullNameOfAHostWithoutANameIsUnknown) {
   EXPECT_EQ(getFqdnAddress(), kUnknown);
   EXPECT_EQ(g_system.resolver_calls, 0);
   EXPECT_EQ(kUnknown, quenty_com::pelu::sysprops::DefaultProp_Val);
+}
+
+TEST_F(HostNamesTest, EveryAllocationMayFail) {
+  g_system.host = std::string(100, 'h');
+  g_system.official_name = *g_system.host + "." + std::string(100, 'd');
+  const std::wstring domain = getDomainName();
+  const std::wstring full_name = getFqdnAddress();
+  for (int nth = 1;; ++nth) {
+    zebcomn_test::FailThrowingAllocation(nth);
+    const std::wstring failing_domain = getDomainName();
+    zebcomn_test::FailThrowingAllocation(nth);
+    const std::wstring failing_full_name = getFqdnAddress();
+    zebcomn_test::FailThrowingAllocation(0);
+    EXPECT_TRUE(failing_domain.empty() || failing_domain == domain) << nth;
+    EXPECT_TRUE(failing_full_name.empty() || failing_full_name == full_name) << nth;
+    if (zebcomn_test::TakeFailedAllocations() == 0) break;
+    EXPECT_LT(nth, 100);
+  }
 }
 
 }  // namespace

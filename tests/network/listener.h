@@ -21,7 +21,8 @@ class Listener {
     addrinfo* list = nullptr;
     if (getaddrinfo(address.c_str(), "0", &hints, &list) != 0) Fail(address);
     fd_ = socket(list->ai_family, SOCK_STREAM, 0);
-    const bool bound = bind(fd_, list->ai_addr, list->ai_addrlen) == 0 && listen(fd_, 16) == 0;
+    const bool bound =
+        bind(fd_, list->ai_addr, list->ai_addrlen) == 0 && listen(fd_, SOMAXCONN) == 0;
     freeaddrinfo(list);
     if (!bound) Fail(address);
     sockaddr_storage own{};

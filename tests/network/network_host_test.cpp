@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/network/interface_lines.h"
@@ -335,6 +337,27 @@ TEST_F(NetworkHost, AnOfficialNameWithoutTheHostNameGivesAnEmptyDomain) {
     return "[" + Narrow(getDomainName()) + "] " + Narrow(getFqdnAddress());
   });
   EXPECT_EQ(seen, "[] beta.example.net");
+}
+
+TEST_F(NetworkHost, NamesMayBeAskedForBySeveralThreadsAtOnce) {
+  const std::string seen = RunInPrivateHost([](PrivateHost& host) {
+    host.SetNodeName("alpha");
+    host.SetNisDomain("");
+    UseHostsFile(host, "192.0.2.7 alpha.example.net alpha\n");
+    std::atomic<int> wrong{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+      threads.emplace_back([&wrong] {
+        for (int round = 0; round < 20; ++round) {
+          if (getDomainName() != L"example.net") ++wrong;
+          if (getFqdnAddress() != L"alpha.example.net") ++wrong;
+        }
+      });
+    }
+    for (std::thread& thread : threads) thread.join();
+    return std::to_string(wrong);
+  });
+  EXPECT_EQ(seen, "0");
 }
 
 }  // namespace

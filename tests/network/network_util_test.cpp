@@ -7,10 +7,12 @@
 
 #include <cstring>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/network/listener.h"
 #include "tests/support/descriptors.h"
+#include "zebcomn/network/netinterface.h"
 
 namespace {
 
@@ -347,6 +349,31 @@ TEST(ANetworkUtil, IsUsableAsACopyToo) {
   std::vector<char*> addresses;
   EXPECT_EQ(copy.zebGetAddrinfo("192.0.2.1", "", addresses, NI_NUMERICHOST), 0);
   util.zebFreeAddrinfo(addresses);
+}
+
+TEST(ANetworkUtil, ServesSeveralThreadsAtOnce) {
+  const Listener peer("127.0.0.1");
+  ANetworkUtil shared;
+  std::vector<std::thread> threads;
+  std::vector<int> wrong(4, 0);
+  for (size_t i = 0; i < wrong.size(); ++i) {
+    threads.emplace_back([&, i] {
+      for (int round = 0; round < 20; ++round) {
+        std::string local;
+        std::vector<char*> addresses;
+        NetInterfaceList list(true);
+        const bool right =
+            shared.zebGetLocalIPAddress("127.0.0.1", peer.port(), local, true, 1) == 0 &&
+            local == "127.0.0.1" && shared.zebGetAddrinfo("192.0.2.1", "", addresses, 1) == 0 &&
+            getNetInterfacesList(list) &&
+            shared.zebCompareAddressFromPeerAddress("2001:DB8::1", "", "2001:db8::1") == 1;
+        shared.zebFreeAddrinfo(addresses);
+        if (!right) ++wrong[i];
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(wrong, std::vector<int>(wrong.size(), 0));
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ bool AppendText(const addrinfo& entry, int flags, std::vector<char*>& addresses)
 }  // namespace
 
 int ANetworkUtil::zebCreateAddrinfo(const std::string& host, const std::string& port,
-                                    addrinfo** result, const bool& ipv4Only) {
+                                    addrinfo** result, const bool& ipv4Only) try {
   if (host.empty() || result == nullptr) return -1;
   addrinfo hints{};
   hints.ai_family = ipv4Only ? AF_INET : AF_UNSPEC;
@@ -48,6 +48,8 @@ int ANetworkUtil::zebCreateAddrinfo(const std::string& host, const std::string& 
   const std::string node = formatV6addrWithScope(host, false);
   const char* service = port.empty() ? nullptr : port.c_str();
   return getaddrinfo(node.c_str(), service, &hints, result);
+} catch (const std::bad_alloc&) {
+  return EAI_MEMORY;
 }
 
 // Callers' object files hold the signatures with strings by value.
