@@ -111,6 +111,7 @@ BOOL tivFindNextDirEnt(int32_t id, TivFindData* data) {
     zebcomn::StoreError(EINVAL);
     return FALSE;
   }
+  // Kept: "." and ".." are found like any other name; callers skip them themselves.
   while (const dirent* found = readdir(search->stream)) {
     if (tivWildCardMatch(search->pattern, found->d_name) != 0) continue;
     tivSetFindDataDirEnt(data, found, search->directory);

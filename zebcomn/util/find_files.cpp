@@ -26,6 +26,7 @@ uint32_t tivmcomn_get_file_sizeA(char* path, unsigned int* size) {
   if (size == nullptr) return ZEBCOMN_STATUS_FAILURE;
   struct stat status = {};
   const bool measured = path != nullptr && stat(path, &status) == 0;
+  // Kept: the size is stored on failure too, as 0; callers read it without the result.
   *size = static_cast<unsigned int>(status.st_size);
   return measured ? ZEBCOMN_STATUS_OK : ZEBCOMN_STATUS_FAILURE;
 }

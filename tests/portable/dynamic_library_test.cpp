@@ -1,0 +1,475 @@
+#include "zebcomn/portable/dynamic_library.h"
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/portable/module_fixture.h"
+#include "tests/support/error_slot.h"
+#include "tests/support/expected_leak.h"
+#include "tests/support/scratch_dir.h"
+#include "zebcomn/util/text_conversion.h"
+
+namespace {
+
+using zebcomn_test::ClearErrorSlot;
+using zebcomn_test::DllMainCall;
+using zebcomn_test::DllMainCalls;
+using zebcomn_test::ExpectedLeak;
+using zebcomn_test::kErrorLeftAlone;
+using zebcomn_test::OnDllMain;
+
+std::wstring Wide(const std::string& text) {
+  return quenty_com::pelu::tivmcomn_ansi_to_wide(text);
+}
+
+/// The first load of this process, made before any test on a table that is full of something else.
+struct FirstLoad {
+  FirstLoad() {
+    static TivLibraryRecord stale = {};
+    for (TivLibraryRecord*& entry : pDynamicLibraryList) entry = &stale;
+    void* module = tivLoadLibrary(ZEBCOMN_PLAIN_MODULE, nullptr);
+    in_first_entry = pDynamicLibraryList[0] != &stale && pDynamicLibraryList[0] != nullptr;
+    others_clear = pDynamicLibraryList[1] == nullptr && pDynamicLibraryList[49] == nullptr;
+    tivFreeLibrary(module);
+  }
+
+  bool in_first_entry = false;
+  bool others_clear = false;
+};
+const FirstLoad first_load;
+
+class DynamicLibraryTest : public zebcomn_test::ModuleTest {
+ protected:
+  /// Loads a name that must fail to load; the message.
+  std::string MessageOfFailedLoad(const char* name) {
+    // A failed load leaves its record behind.
+    const ExpectedLeak record;
+    const char* message = nullptr;
+    EXPECT_EQ(tivLoadLibrary(name, &message), nullptr);
+    return message == nullptr ? "no message" : message;
+  }
+
+  /// A path of `length` bytes to a file of the scratch directory.
+  std::string PathOfLength(const std::string& name, size_t length) const {
+    std::string path = scratch_.path();
+    while (path.size() + 2 + 1 + name.size() <= length) path += "/.";
+    if (path.size() + 1 + name.size() < length) path += "/";
+    return path + "/" + name;
+  }
+};
+
+TEST_F(DynamicLibraryTest, FirstLoadOfTheProcessClearsTheTable) {
+  EXPECT_TRUE(first_load.in_first_entry);
+  EXPECT_TRUE(first_load.others_clear);
+}
+
+TEST_F(DynamicLibraryTest, LoadedModuleIsToldOfItsLoadAndOfItsUnload) {
+  const std::string path = ObservedModule();
+  void* module = tivLoadLibrary(path.c_str(), nullptr);
+  ASSERT_NE(module, nullptr);
+  EXPECT_EQ(DllMainCalls(), (std::vector<DllMainCall>{{module, 1, nullptr}}));
+  EXPECT_TRUE(IsLoaded(path));
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  EXPECT_EQ(DllMainCalls(), (std::vector<DllMainCall>{{module, 1, nullptr}, {module, 0, nullptr}}));
+  EXPECT_FALSE(IsLoaded(path));
+  EXPECT_EQ(nErrno, kErrorLeftAlone);
+}
+
+TEST_F(DynamicLibraryTest, RecordHoldsWhatTheLoadWasGiven) {
+  const std::string path = ObservedModule();
+  void* module = tivLoadLibrary(path.c_str(), nullptr);
+  const TivLibraryRecord* record = pDynamicLibraryList[0];
+  ASSERT_NE(record, nullptr);
+  EXPECT_EQ(record->name, path);
+  EXPECT_EQ(record->module, module);
+  EXPECT_EQ(reinterpret_cast<void*>(record->entry_routine), dlsym(module, "DllMain"));
+  EXPECT_EQ(record->reference_count, 1);
+  EXPECT_EQ(record->thread_calls_disabled, 0);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
+TEST_F(DynamicLibraryTest, LoadingANameTwiceGivesOneHandleAndUnloadsAtTheSecondFree) {
+  const std::string path = ObservedModule();
+  void* module = tivLoadLibrary(path.c_str(), nullptr);
+  EXPECT_EQ(tivLoadLibrary(path.c_str(), nullptr), module);
+  EXPECT_EQ(DllMainCalls().size(), 1u) << "the entry routine is not called again";
+  EXPECT_EQ(EntriesInUse(), 1);
+  EXPECT_EQ(pDynamicLibraryList[0]->reference_count, 2);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  EXPECT_TRUE(IsLoaded(path));
+  EXPECT_EQ(DllMainCalls().size(), 1u);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  EXPECT_FALSE(IsLoaded(path));
+  EXPECT_EQ(DllMainCalls().size(), 2u);
+}
+
+TEST_F(DynamicLibraryTest, ModuleWithoutDllMainLoads) {
+  const std::string path = PlainModule();
+  void* module = tivLoadLibrary(path.c_str(), nullptr);
+  ASSERT_NE(module, nullptr);
+  EXPECT_EQ(pDynamicLibraryList[0]->entry_routine, nullptr);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  EXPECT_FALSE(IsLoaded(path));
+}
+
+TEST_F(DynamicLibraryTest, ModuleThatRefusesItsLoadGivesNullAndStaysLoaded) {
+  const std::string path = ObservedModule();
+  for (const int32_t refusal : {0, 2, -1}) {
+    void* given = nullptr;
+    OnDllMain() = [&given, refusal](void* module, uint32_t) {
+      given = module;
+      return refusal;
+    };
+    const char* message = nullptr;
+    EXPECT_EQ(tivLoadLibrary(path.c_str(), &message), nullptr) << refusal;
+    EXPECT_STREQ(message, "dllmain returned false");
+    EXPECT_EQ(EntriesInUse(), 0);
+    EXPECT_TRUE(IsLoaded(path)) << "the shared object stays loaded";
+    dlclose(given);
+    EXPECT_FALSE(IsLoaded(path)) << "by one reference";
+  }
+  EXPECT_EQ(DllMainCalls().size(), 3u) << "nobody is told of an unload";
+  EXPECT_EQ(nErrno, kErrorLeftAlone);
+}
+
+TEST_F(DynamicLibraryTest, ResultOfTheUnloadCallIsIgnored) {
+  OnDllMain() = [](void*, uint32_t reason) { return reason == 1 ? 1 : 0; };
+  const std::string path = ObservedModule();
+  EXPECT_EQ(tivFreeLibrary(tivLoadLibrary(path.c_str(), nullptr)), TRUE);
+  EXPECT_FALSE(IsLoaded(path));
+}
+
+TEST_F(DynamicLibraryTest, FiftyFirstNameIsRefusedWith12) {
+  std::vector<void*> modules;
+  for (int i = 0; i < 50; ++i) {
+    modules.push_back(
+        tivLoadLibrary(PlainModule("plain" + std::to_string(i) + ".so").c_str(), nullptr));
+    ASSERT_NE(modules.back(), nullptr);
+  }
+  EXPECT_EQ(EntriesInUse(), 50);
+  const std::string last = PlainModule("last.so");
+  EXPECT_EQ(MessageOfFailedLoad(last.c_str()), "library list full");
+  EXPECT_EQ(nErrno, ENOMEM);
+  EXPECT_FALSE(IsLoaded(last));
+  ClearErrorSlot();
+  EXPECT_EQ(MessageOfFailedLoad(nullptr), "library list full");
+  EXPECT_EQ(nErrno, ENOMEM);
+
+  ClearErrorSlot();
+  EXPECT_EQ(tivLoadLibrary((scratch_ / "plain49.so").c_str(), nullptr), modules[49])
+      << "a loaded name needs no entry";
+  EXPECT_EQ(tivFreeLibrary(modules[49]), TRUE);
+  EXPECT_EQ(tivFreeLibrary(modules[7]), TRUE);
+  modules[7] = tivLoadLibrary(last.c_str(), nullptr);
+  ASSERT_NE(modules[7], nullptr);
+  EXPECT_EQ(pDynamicLibraryList[7]->name, last) << "the lowest free entry is taken";
+  EXPECT_EQ(nErrno, kErrorLeftAlone);
+  for (void* module : modules) EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
+TEST_F(DynamicLibraryTest, TwoNamesOfOneFileHaveAnEntryEach) {
+  const std::string path = ObservedModule();
+  const std::string other_name = scratch_ / "./observed.so";
+  void* module = tivLoadLibrary(path.c_str(), nullptr);
+  EXPECT_EQ(tivLoadLibrary(other_name.c_str(), nullptr), module);
+  EXPECT_EQ(EntriesInUse(), 2);
+  EXPECT_EQ(DllMainCalls().size(), 2u);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  EXPECT_EQ(pDynamicLibraryList[0], nullptr) << "the first entry of the handle is given back";
+  EXPECT_TRUE(IsLoaded(path));
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  EXPECT_FALSE(IsLoaded(path));
+  EXPECT_EQ(DllMainCalls().size(), 4u);
+}
+
+TEST_F(DynamicLibraryTest, FileThatDoesNotLoadGivesTheLoadersText) {
+  EXPECT_NE(MessageOfFailedLoad((scratch_ / "absent.so").c_str()).find("absent.so"),
+            std::string::npos);
+  const std::string text_file = scratch_.Write("text.so", "no module");
+  EXPECT_NE(MessageOfFailedLoad(text_file.c_str()).find("text.so"), std::string::npos);
+  EXPECT_EQ(nErrno, kErrorLeftAlone);
+  EXPECT_EQ(EntriesInUse(), 0);
+}
+
+TEST_F(DynamicLibraryTest, LoadersTextIsCutAt510Bytes) {
+  const std::string name = scratch_ / (std::string(600, 'n') + ".so");
+  const std::string message = MessageOfFailedLoad(name.c_str());
+  EXPECT_EQ(message, name.substr(0, 510));
+}
+
+TEST_F(DynamicLibraryTest, NullNameFailsToLoadWithoutAMessage) {
+  EXPECT_EQ(MessageOfFailedLoad(nullptr), "");
+  EXPECT_EQ(nErrno, kErrorLeftAlone);
+  EXPECT_EQ(EntriesInUse(), 0);
+}
+
+TEST_F(DynamicLibraryTest, NullNameIsNotComparedWithLoadedNames) {
+  void* module = tivLoadLibrary(PlainModule().c_str(), nullptr);
+  EXPECT_EQ(MessageOfFailedLoad(nullptr), "");
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
+TEST_F(DynamicLibraryTest, MessageIsGivenOnSuccessTooAndIsThenEmpty) {
+  const std::string path = PlainModule();
+  EXPECT_NE(MessageOfFailedLoad("absent.so"), "");
+  const char* message = nullptr;
+  void* module = tivLoadLibrary(path.c_str(), &message);
+  EXPECT_STREQ(message, "");
+  const char* same_message = nullptr;
+  tivLoadLibrary(path.c_str(), &same_message);
+  EXPECT_EQ(message, same_message) << "there is one buffer";
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
+TEST_F(DynamicLibraryTest, NamesOf259And260BytesAreFoundAgain) {
+  PlainModule("plain.so");
+  for (const size_t length : {259u, 260u}) {
+    const std::string name = PathOfLength("plain.so", length);
+    ASSERT_EQ(name.size(), length);
+    void* module = tivLoadLibrary(name.c_str(), nullptr);
+    ASSERT_NE(module, nullptr);
+    EXPECT_EQ(pDynamicLibraryList[0]->name, name);
+    EXPECT_EQ(tivLoadLibrary(name.c_str(), nullptr), module);
+    EXPECT_EQ(EntriesInUse(), 1);
+    EXPECT_EQ(tivFreeLibrary(module), TRUE);
+    EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  }
+}
+
+TEST_F(DynamicLibraryTest, LongerNameTakesAnEntryForEachLoad) {
+  PlainModule("plain.so");
+  for (const size_t length : {261u, 300u}) {
+    const std::string name = PathOfLength("plain.so", length);
+    ASSERT_EQ(name.size(), length);
+    void* module = tivLoadLibrary(name.c_str(), nullptr);
+    ASSERT_NE(module, nullptr);
+    EXPECT_EQ(pDynamicLibraryList[0]->name, name.substr(0, 260));
+    EXPECT_EQ(tivLoadLibrary(name.c_str(), nullptr), module);
+    EXPECT_EQ(EntriesInUse(), 2);
+    EXPECT_EQ(tivFreeLibrary(module), TRUE);
+    EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  }
+}
+
+TEST_F(DynamicLibraryTest, HandleThatIsNotInTheTableIsRefusedWith22) {
+  void* module = tivLoadLibrary(PlainModule().c_str(), nullptr);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  int unknown = 0;
+  for (void* handle : {static_cast<void*>(nullptr), static_cast<void*>(&unknown), module,
+                       static_cast<void*>(TIV_INVALID_HANDLE)}) {
+    ClearErrorSlot();
+    EXPECT_EQ(tivFreeLibrary(handle), FALSE);
+    EXPECT_EQ(nErrno, EINVAL);
+  }
+}
+
+TEST_F(DynamicLibraryTest, WideNameLoadsWhatItsNarrowFormLoads) {
+  const std::string path = PlainModule("pl\xC3\xA4in.so");
+  const wchar_t* message = nullptr;
+  void* module = tivLoadLibraryW(Wide(path).c_str(), &message);
+  ASSERT_NE(module, nullptr);
+  EXPECT_STREQ(message, L"");
+  EXPECT_EQ(pDynamicLibraryList[0]->name, path);
+  EXPECT_EQ(tivLoadLibrary(path.c_str(), nullptr), module);
+  EXPECT_EQ(tivLoadLibraryW(Wide(path).c_str(), nullptr), module);
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
+TEST_F(DynamicLibraryTest, WideMessageIsTheWideFormOfTheNarrowOne) {
+  const std::string name = scratch_ / "\xC3\xBC.so";
+  const std::wstring narrow_message = Wide(MessageOfFailedLoad(name.c_str()));
+  // A failed load leaves its record behind.
+  const ExpectedLeak record;
+  const wchar_t* message = nullptr;
+  EXPECT_EQ(tivLoadLibraryW(Wide(name).c_str(), &message), nullptr);
+  EXPECT_EQ(message, narrow_message);
+  EXPECT_NE(narrow_message.find(L"\xFC.so"), std::wstring::npos);
+}
+
+TEST_F(DynamicLibraryTest, WideMessageStaysInItsBuffer) {
+  // A failed load leaves its record behind.
+  const ExpectedLeak record;
+  const std::string name = scratch_ / (std::string(600, 'n') + ".so");
+  const wchar_t* message = nullptr;
+  EXPECT_EQ(tivLoadLibraryW(Wide(name).c_str(), &message), nullptr);
+  EXPECT_EQ(message, Wide(name.substr(0, 510)));
+}
+
+TEST_F(DynamicLibraryTest, NullWideNameFailsToLoadWithoutAMessage) {
+  // A failed load leaves its record behind.
+  const ExpectedLeak record;
+  const wchar_t* message = nullptr;
+  EXPECT_EQ(tivLoadLibraryW(nullptr, &message), nullptr);
+  EXPECT_STREQ(message, L"");
+}
+
+TEST_F(DynamicLibraryTest, WideNameThatCannotBeConvertedDoesNotLoadTheProgramItself) {
+  const wchar_t name[] = {static_cast<wchar_t>(0xD800), L'x', L'\0'};
+  const wchar_t* message = nullptr;
+  EXPECT_EQ(tivLoadLibraryW(name, &message), nullptr);
+  EXPECT_STREQ(message, L"out of memory");
+  EXPECT_EQ(EntriesInUse(), 0);
+}
+
+TEST_F(DynamicLibraryTest, SymbolsAreFoundInAnyObjectOfTheLoader) {
+  const std::string path = PlainModule();
+  void* handle = dlopen(path.c_str(), RTLD_LAZY);
+  ASSERT_NE(handle, nullptr);
+  const char* message = nullptr;
+  auto answer = reinterpret_cast<int32_t (*)()>(tivGetProcAddress(handle, "answer", &message));
+  ASSERT_NE(answer, nullptr);
+  EXPECT_EQ(answer(), 17);
+  EXPECT_STREQ(message, "");
+  EXPECT_EQ(EntriesInUse(), 0);
+  dlclose(handle);
+}
+
+TEST_F(DynamicLibraryTest, AbsentSymbolGivesNullAndTheLoadersText) {
+  void* module = tivLoadLibrary(PlainModule().c_str(), nullptr);
+  const char* message = nullptr;
+  EXPECT_EQ(tivGetProcAddress(module, "no_such_symbol", &message), nullptr);
+  EXPECT_NE(std::string(message).find("no_such_symbol"), std::string::npos);
+  EXPECT_EQ(tivGetProcAddress(module, std::string(700, 's').c_str(), &message), nullptr);
+  EXPECT_EQ(std::strlen(message), 510u);
+  EXPECT_EQ(nErrno, kErrorLeftAlone);
+  EXPECT_NE(tivGetProcAddress(module, "answer", nullptr), nullptr);
+  EXPECT_STREQ(message, "") << "each call empties the buffer";
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
+TEST_F(DynamicLibraryTest, SymbolWhoseAddressIsNullGivesNullWithoutAMessage) {
+  void* module = tivLoadLibrary(PlainModule().c_str(), nullptr);
+  const char* message = nullptr;
+  EXPECT_EQ(tivGetProcAddress(module, "symbol_at_null", &message), nullptr);
+  EXPECT_STREQ(message, "");
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
+TEST_F(DynamicLibraryTest, SymbolOfANullHandleOrNameIsRefusedWith22) {
+  void* module = tivLoadLibrary(PlainModule().c_str(), nullptr);
+  const char* message = nullptr;
+  EXPECT_EQ(tivGetProcAddress(nullptr, "answer", &message), nullptr);
+  EXPECT_STREQ(message, "");
+  EXPECT_EQ(nErrno, EINVAL);
+  ClearErrorSlot();
+  EXPECT_EQ(tivGetProcAddress(module, nullptr, nullptr), nullptr);
+  EXPECT_EQ(nErrno, EINVAL);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
+TEST_F(DynamicLibraryTest, LoadStringForwardsItsFourArguments) {
+  void* module = tivLoadLibrary(ObservedModule().c_str(), nullptr);
+  std::array<char, 20> buffer{};
+  EXPECT_EQ(tivLoadString(module, 4000000000u, buffer.data(), 20), 20);
+  EXPECT_STREQ(buffer.data(), "module 4000000000 2");
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
+TEST_F(DynamicLibraryTest, LoadStringOfAModuleWithoutOneIsZero) {
+  void* module = tivLoadLibrary(PlainModule().c_str(), nullptr);
+  std::array<char, 20> buffer = {'u'};
+  EXPECT_EQ(tivLoadString(module, 1, buffer.data(), 20), 0);
+  EXPECT_EQ(tivLoadString(nullptr, 1, buffer.data(), 20), 0);
+  EXPECT_STREQ(buffer.data(), "u");
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
+TEST_F(DynamicLibraryTest, DisablingThreadCallsSetsTheFlagOfTheRecord) {
+  void* module = tivLoadLibrary(PlainModule().c_str(), nullptr);
+  EXPECT_EQ(tivDisableThreadLibraryCalls(module), TRUE);
+  EXPECT_EQ(pDynamicLibraryList[0]->thread_calls_disabled, 1);
+  EXPECT_EQ(tivDisableThreadLibraryCalls(module), TRUE);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
+TEST_F(DynamicLibraryTest, DisablingThreadCallsOfAnUnknownOrNullModuleFails) {
+  int unknown = 0;
+  EXPECT_EQ(tivDisableThreadLibraryCalls(nullptr), FALSE);
+  EXPECT_EQ(tivDisableThreadLibraryCalls(&unknown), FALSE);
+  EXPECT_EQ(nErrno, kErrorLeftAlone);
+}
+
+TEST_F(DynamicLibraryTest, DllMainCannotDisableThreadCallsAtItsLoadButAtItsUnload) {
+  std::vector<BOOL> results;
+  OnDllMain() = [&results](void* module, uint32_t) {
+    results.push_back(tivDisableThreadLibraryCalls(module));
+    return 1;
+  };
+  EXPECT_EQ(tivFreeLibrary(tivLoadLibrary(ObservedModule().c_str(), nullptr)), TRUE);
+  EXPECT_EQ(results, (std::vector<BOOL>{FALSE, TRUE}));
+}
+
+// A handle that is unknown is looked for without the table's lock, while other threads free what
+// they have loaded.
+TEST_F(DynamicLibraryTest, ConcurrentLoadsFreesAndLooksLeaveNothing) {
+  constexpr int kThreads = 4;
+  constexpr int kRounds = 100;
+  const std::string shared = ObservedModule("shared.so");
+  std::vector<std::string> own;
+  for (int i = 0; i < kThreads; ++i) own.push_back(PlainModule("own" + std::to_string(i) + ".so"));
+  std::atomic<int> wrong{0};
+  std::atomic<bool> stop{false};
+  std::thread looker([&stop, &wrong] {
+    int unknown = 0;
+    while (!stop) {
+      if (tivDisableThreadLibraryCalls(&unknown) != FALSE) ++wrong;
+      if (tivFreeLibrary(&unknown) != FALSE) ++wrong;
+    }
+  });
+  std::vector<std::thread> threads;
+  for (const std::string& path : own) {
+    threads.emplace_back([&shared, &path, &wrong] {
+      for (int round = 0; round < kRounds; ++round) {
+        void* first = tivLoadLibrary(shared.c_str(), nullptr);
+        void* second = tivLoadLibrary(path.c_str(), nullptr);
+        const bool right = first != nullptr && second != nullptr &&
+                           tivDisableThreadLibraryCalls(second) == TRUE &&
+                           tivGetProcAddress(second, "answer", nullptr) != nullptr &&
+                           tivFreeLibrary(second) == TRUE && tivFreeLibrary(first) == TRUE;
+        if (!right) ++wrong;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  stop = true;
+  looker.join();
+  EXPECT_EQ(wrong.load(), 0);
+  EXPECT_FALSE(IsLoaded(shared));
+  int attached = 0;
+  for (const DllMainCall& call : DllMainCalls()) attached += call.reason == 1 ? 1 : -1;
+  EXPECT_EQ(attached, 0) << "as many unloads as loads";
+}
+
+TEST_F(DynamicLibraryTest, ConcurrentFailuresKeepTheirMessagesTerminated) {
+  constexpr int kThreads = 4;
+  std::vector<std::thread> threads;
+  std::atomic<int> wrong{0};
+  for (int i = 0; i < kThreads; ++i) {
+    threads.emplace_back([i, &wrong] {
+      // A failed load leaves its record behind.
+      const ExpectedLeak record;
+      const std::wstring name = L"/absent" + std::wstring(static_cast<size_t>(i) * 200, L'n');
+      for (int round = 0; round < 50; ++round) {
+        const wchar_t* message = nullptr;
+        if (tivLoadLibraryW(name.c_str(), &message) != nullptr) ++wrong;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(wrong.load(), 0);
+  const ExpectedLeak record;
+  const wchar_t* message = nullptr;
+  EXPECT_EQ(tivLoadLibraryW(L"/absent.so", &message), nullptr);
+  EXPECT_LT(std::wcslen(message), 512u);
+}
+
+}  // namespace
