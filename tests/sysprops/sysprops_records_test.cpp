@@ -63,7 +63,7 @@ class InformationRecord : public ::testing::Test {};
 using Records = ::testing::Types<sysprops::CPUInformation, sysprops::NetworkInformation,
                                  sysprops::MemoryInformation, sysprops::OSInformation,
                                  sysprops::DiskInformation, sysprops::MiscInformation>;
-TYPED_TEST_SUITE(InformationRecord, Records);
+TYPED_TEST_SUITE(InformationRecord, Records, );
 
 TYPED_TEST(InformationRecord, FieldsFollowEachOtherInTheirOrderFromTheStart) {
   const TypeParam record;

@@ -324,11 +324,11 @@ TEST(UpdateTime, IsMonthDayYearAndTheTime) {
   time.tm_hour = 7;
   time.tm_min = 8;
   time.tm_sec = 9;
-  EXPECT_EQ(zebcomn::UpdateTime(time), "03/05/2024 07:08:09");
+  EXPECT_EQ(zebcomn::UpdateTime(time), L"03/05/2024 07:08:09");
   time.tm_year = 999 - 1900;
   time.tm_mon = 11;
   time.tm_hour = 23;
-  EXPECT_EQ(zebcomn::UpdateTime(time), "12/05/0999 23:08:09");
+  EXPECT_EQ(zebcomn::UpdateTime(time), L"12/05/0999 23:08:09");
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 #include "zebcomn/network/ipv6_text.h"
 
 #include <algorithm>
-#include <cinttypes>
-#include <cstdio>
+#include <array>
+#include <charconv>
 #include <cstdlib>
 #include <limits>
 #include <new>
@@ -57,9 +57,9 @@ std::string_view TakeGroup(std::string_view& rest, bool& more) {
 }
 
 void AppendHexGroup(std::string& text, uint32_t value) {
-  char digits[9];
-  std::snprintf(digits, sizeof digits, "%" PRIx32, value);
-  text += digits;
+  std::array<char, 8> digits;
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value, 16).ptr;
+  text.append(digits.data(), end);
 }
 
 }  // namespace

@@ -39,7 +39,9 @@ int ISysProps::GetNetworkInformation(NetworkInformation& info) {
   info.m_wstrIPXAddress = DefaultProp_Val;
   NetInterfaceList list(false);
   if (!getNetInterfacesList(list)) return 0;
-  zebcomn::ChooseLocalAddress(sysprops_wide_to_ansi(GetLastKnownLocalIP()), list, info);
+  std::string last_known;
+  if (!m_wstrLastKnownLocalIP.empty()) last_known = sysprops_wide_to_ansi(m_wstrLastKnownLocalIP);
+  zebcomn::ChooseLocalAddress(last_known, list, info);
   return 1;
 }
 
@@ -78,8 +80,7 @@ bool ChooseLastKnown(const std::string& last_known, NetInterfaceList& list,
 
 bool ChooseByFamily(unsigned int family, NetInterfaceList& list, NetworkInformation& info) {
   for (const unsigned int index : list.getIndexes()) {
-    NetInterface holder;
-    if (list.getNetInterface(index, holder) == 0) continue;
+    NetInterface& holder = list.getNetInterface(index);
     for (IPAddress& address : holder.getIPAddress()) {
       if (address.getIPFamily() != family) continue;
       WriteAddress(holder, address, info);
@@ -91,8 +92,8 @@ bool ChooseByFamily(unsigned int family, NetInterfaceList& list, NetworkInformat
 
 void ChooseFirst(NetInterfaceList& list, NetworkInformation& info) {
   const std::vector<unsigned int> indexes = list.getIndexes();
-  NetInterface holder;
-  if (indexes.empty() || list.getNetInterface(indexes.front(), holder) == 0) return;
+  if (indexes.empty()) return;
+  NetInterface& holder = list.getNetInterface(indexes.front());
   std::vector<IPAddress> addresses = holder.getIPAddress();
   if (!addresses.empty()) WriteAddress(holder, addresses.front(), info);
 }

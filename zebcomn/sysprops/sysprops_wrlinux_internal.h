@@ -39,7 +39,7 @@ std::string LoginName();
 const wchar_t* LanguageId(const char* lang);
 
 /// "MM/DD/YYYY hh:mm:ss".
-std::string UpdateTime(const std::tm& local);
+std::wstring UpdateTime(const std::tm& local);
 
 }  // namespace zebcomn
 

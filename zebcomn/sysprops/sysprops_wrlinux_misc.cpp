@@ -1,6 +1,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -25,12 +26,14 @@ constexpr const char* kNoEntryName = "root";
 }  // namespace
 
 std::string LoginName() {
-  std::vector<char> texts(kFirstEntryCapacity);
+  std::array<char, kFirstEntryCapacity> few;
+  std::vector<char> many;
   passwd entry{};
   passwd* found = nullptr;
-  while (getpwuid_r(getuid(), &entry, texts.data(), texts.size(), &found) == ERANGE &&
-         texts.size() < kMaxEntryCapacity) {
-    texts.resize(texts.size() * 2);
+  int result = getpwuid_r(getuid(), &entry, few.data(), few.size(), &found);
+  while (result == ERANGE && many.size() < kMaxEntryCapacity) {
+    many.resize(std::max(many.size(), few.size()) * 2);
+    result = getpwuid_r(getuid(), &entry, many.data(), many.size(), &found);
   }
   return found == nullptr ? kNoEntryName : found->pw_name;
 }
@@ -42,12 +45,13 @@ const wchar_t* LanguageId(const char* lang) {
   return L"0409";
 }
 
-std::string UpdateTime(const std::tm& local) {
+std::wstring UpdateTime(const std::tm& local) {
   std::array<char, kUpdateTimeCapacity> text{};
-  const int length =
+  const int wanted =
       std::snprintf(text.data(), text.size(), "%02d/%02d/%04d %02d:%02d:%02d", local.tm_mon + 1,
                     local.tm_mday, local.tm_year + 1900, local.tm_hour, local.tm_min, local.tm_sec);
-  return length < 0 ? std::string() : std::string(text.data());
+  const int length = std::clamp(wanted, 0, static_cast<int>(text.size()) - 1);
+  return std::wstring(text.data(), text.data() + length);
 }
 
 }  // namespace zebcomn
@@ -62,7 +66,7 @@ int ISysProps::GetMiscInformation(MiscInformation& info) {
   const std::time_t now = std::time(nullptr);
   std::tm local{};
   if (localtime_r(&now, &local) != nullptr) {
-    info.m_wstrLastUpdate = sysprops_ansi_to_wide(zebcomn::UpdateTime(local));
+    info.m_wstrLastUpdate = zebcomn::UpdateTime(local);
   }
   info.m_wstrDefaultLangID = zebcomn::LanguageId(std::getenv("LANG"));
   return 1;

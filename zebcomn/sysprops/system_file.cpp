@@ -5,7 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <memory>
+#include <utility>
 
 #include "zebcomn/portable/unique_fd_internal.h"
 #include "zebcomn/sysprops/system_file_internal.h"
@@ -13,7 +13,8 @@
 namespace zebcomn {
 namespace {
 
-constexpr std::size_t kBlockSize = 64 * 1024;
+/// On the stack: a large heap block makes the allocator tidy up all its small ones.
+constexpr std::size_t kBlockSize = 16 * 1024;
 static_assert(kBlockSize > 2 * kMaxLineLength, "a block takes a line and the start of the next");
 
 UniqueFd OpenForReading(const char* path) {
@@ -68,7 +69,7 @@ std::string ReadSystemFile(const char* path) {
   std::string text;
   const UniqueFd file = OpenForReading(path);
   if (file.get() < 0) return text;
-  std::array<char, 4096> buffer{};
+  std::array<char, 4096> buffer;
   while (text.size() < kMaxSystemFileSize) {
     const ssize_t got =
         ReadSome(file, buffer.data(), std::min(buffer.size(), kMaxSystemFileSize - text.size()));
@@ -81,37 +82,42 @@ std::string ReadSystemFile(const char* path) {
 void ForEachLineBlock(const char* path, const std::function<void(std::string_view)>& take) {
   const UniqueFd file = OpenForReading(path);
   if (file.get() < 0) return;
-  const std::unique_ptr<char[]> buffer(new char[kBlockSize]);
+  std::array<char, kBlockSize + 1> buffer;
+  const auto give = [&](std::size_t size) {
+    const char next = std::exchange(buffer[size], '\0');
+    take(std::string_view(buffer.data(), size));
+    buffer[size] = next;
+  };
   std::size_t held = 0;
   for (;;) {
-    const ssize_t got = ReadSome(file, buffer.get() + held, kBlockSize - held);
+    const ssize_t got = ReadSome(file, buffer.data() + held, kBlockSize - held);
     if (got < 0) return;
     held += static_cast<std::size_t>(got);
-    const std::string_view text(buffer.get(), held);
+    const std::string_view text(buffer.data(), held);
     const std::size_t long_line = FirstLongLine(text);
-    if (got == 0 || long_line != std::string_view::npos) {
-      take(text.substr(0, long_line));
-      return;
-    }
+    if (got == 0 || long_line != std::string_view::npos) return give(std::min(held, long_line));
     const std::size_t whole = LastNewline(text) + 1;
     if (whole == 0) continue;
-    take(text.substr(0, whole));
+    give(whole);
     held -= whole;
-    std::memmove(buffer.get(), buffer.get() + whole, held);
+    std::memmove(buffer.data(), buffer.data() + whole, held);
   }
 }
 
-std::size_t CountLinesWith(std::string_view block, std::string_view word) {
+std::size_t CountLinesWith(std::string_view block, const char* word) {
   std::size_t count = 0;
   const char* at = block.data();
   const char* const end = at + block.size();
-  while (at != nullptr && at != end) {
-    const auto left = static_cast<std::size_t>(end - at);
-    const void* hit = memmem(at, left, word.data(), word.size());
-    if (hit == nullptr) break;
+  while (at < end) {
+    // strstr is the fastest search that the C library has, but it ends at a NUL.
+    const char* hit = std::strstr(at, word);
+    if (hit == nullptr) {
+      at += std::strlen(at) + 1;
+      continue;
+    }
     ++count;
-    const char* from = static_cast<const char*>(hit);
-    at = static_cast<const char*>(std::memchr(from, '\n', static_cast<std::size_t>(end - from)));
+    const void* newline = std::memchr(hit, '\n', static_cast<std::size_t>(end - hit));
+    at = newline == nullptr ? end : static_cast<const char*>(newline);
   }
   return count;
 }

@@ -22,11 +22,13 @@ std::string ReadSystemFile(const char* path);
 
 /// Reads a file and hands it on, in order, in blocks of whole lines; only the file's last line may
 /// lack its newline. The reading ends without a word at the end of the file, at a failure of any
-/// kind, and in front of a line longer than kMaxLineLength. A block is good until `take` returns.
+/// kind, and in front of a line longer than kMaxLineLength. A block is good until `take` returns; a
+/// NUL follows it.
 void ForEachLineBlock(const char* path, const std::function<void(std::string_view)>& take);
 
 /// How many lines of the block hold `word`.
-std::size_t CountLinesWith(std::string_view block, std::string_view word);
+/// REQUIRES: a NUL follows the block.
+std::size_t CountLinesWith(std::string_view block, const char* word);
 
 /// Sets `value` to what follows the first ":" of the block's last line that holds `word` (empty
 /// when that line has no ":"); leaves it alone when no line does.
