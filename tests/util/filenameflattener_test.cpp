@@ -10,12 +10,13 @@
 #include <string>
 
 #include "tests/support/scratch_dir.h"
+#include "tests/util/flatten_step_by_step.h"
 
 namespace {
 
+using zebcomn_test::FlattenStepByStep;
+using zebcomn_test::kFails;
 using zebcomn_test::ScratchDir;
-
-constexpr const char* kFails = "(fails)";
 
 std::string Flat(FileNameFlattener flattener) {
   std::string flat = "untouched";
@@ -178,23 +179,6 @@ TEST(FileNameFlattener, FlatteningAgainAfterABadBaseTakesTheRoot) {
   EXPECT_EQ(Flat(flattener), kFails);
   EXPECT_TRUE(flattener.Flatten());
   EXPECT_EQ(Flat(flattener), "/c");
-}
-
-/// The steps as they are described, one text edit at a time.
-std::string FlattenStepByStep(std::string text, const std::string& base) {
-  if (!text.empty() && text.back() == '/') text.pop_back();
-  if (text.empty()) return base;
-  if (text[0] != '/') text = base + "/" + text;
-  text += "/";
-  for (size_t p = 0; (p = text.find("/./")) != std::string::npos;) text.erase(p + 1, 2);
-  for (size_t p = 0; (p = text.find("/../")) != std::string::npos;) {
-    if (p == 0) return kFails;
-    const size_t parent = text.rfind('/', p - 1);
-    if (parent == std::string::npos) return kFails;
-    text.erase(parent + 1, p + 4 - (parent + 1));
-  }
-  if (text.back() == '/') text.pop_back();
-  return text;
 }
 
 TEST(FileNameFlattener, EveryAnswerIsThatOfTheStepByStepEdits) {
