@@ -4,7 +4,9 @@
 
 #include <atomic>
 #include <memory>
+#include <string>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 #include "tests/lists/attached.h"
@@ -115,8 +117,14 @@ class ListQueues : public AttachedTest {
   std::vector<std::thread> threads_;
 };
 
+struct QueueNames {
+  template <typename Queue>
+  static std::string GetName(int) {
+    return std::is_same_v<Queue, SllQueue> ? "Sll" : "Sll2";
+  }
+};
 using Queues = testing::Types<SllQueue, Sll2Queue>;
-TYPED_TEST_SUITE(ListQueues, Queues);
+TYPED_TEST_SUITE(ListQueues, Queues, QueueNames);
 
 TYPED_TEST(ListQueues, EveryElementIsDeliveredOnce) {
   for (int producer = 0; producer < kProducers; ++producer) {

@@ -19,8 +19,8 @@ using zebcomn_test::Rounds;
 /// Two numbers that are equal whenever no writer is inside, and not atomic, so that the thread
 /// sanitizer sees a meeting as well.
 struct Guarded {
-  uint64_t left = 0;
-  uint64_t right = 0;
+  uint32_t left = 0;
+  uint32_t right = 0;
 };
 
 class SeLockLoad : public AttachedTest {
@@ -31,7 +31,7 @@ class SeLockLoad : public AttachedTest {
   void RunThreads(Body body) {
     std::vector<std::thread> threads;
     for (int thread = 0; thread < kThreads; ++thread) {
-      threads.emplace_back([this, body, thread] {
+      threads.emplace_back([body, thread] {
         tiSO_ThreadAttach();
         std::mt19937 random(static_cast<unsigned>(thread));
         for (int turn = 0; turn < kTurns; ++turn) body(random);
@@ -55,7 +55,7 @@ class SeLockLoad : public AttachedTest {
     ++writes_;
   }
   void Read() {
-    const uint64_t left = guarded_.left;
+    const uint32_t left = guarded_.left;
     if (left % 16 == 0) sched_yield();
     if (left != guarded_.right) ++broken_;
   }
@@ -63,7 +63,7 @@ class SeLockLoad : public AttachedTest {
   static constexpr int kTurns = Rounds(4000);
   OwnLock lock_;
   Guarded guarded_;
-  std::atomic<uint64_t> writes_{0};
+  std::atomic<uint32_t> writes_{0};
   std::atomic<int> broken_{0};
 };
 
@@ -73,7 +73,7 @@ TEST_F(SeLockLoad, WritersExcludeEachOther) {
     Write();
     tiSO_SELockRelease(lock_);
   });
-  EXPECT_EQ(writes_.load(), static_cast<uint64_t>(kThreads) * kTurns);
+  EXPECT_EQ(writes_.load(), static_cast<uint32_t>(kThreads) * kTurns);
 }
 
 TEST_F(SeLockLoad, WritersExcludeReadersOfBothKinds) {

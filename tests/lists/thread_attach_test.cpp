@@ -120,10 +120,12 @@ TEST(ThreadAttach, DetachXLeavesTheIdentity) {
 TEST(ThreadAttach, EachThreadHasItsOwnIdentity) {
   tiSO_ProcessAttach();
   tiSO_ThreadAttach();
-  zebcomn_test::Worker first;
-  zebcomn_test::Worker second;
-  EXPECT_NE(first.identity(), second.identity());
-  EXPECT_NE(first.identity(), tiSO_GetThread());
+  {
+    zebcomn_test::Worker first;
+    zebcomn_test::Worker second;
+    EXPECT_NE(first.identity(), second.identity());
+    EXPECT_NE(first.identity(), tiSO_GetThread());
+  }
   Detach();
 }
 

@@ -57,6 +57,11 @@ bool IsEmpty(const tiLL_head_t& queue) {
   return queue.next == nullptr;
 }
 
+bool HasWaiters(const tiSO_SELock_t& lock) {
+  return !IsEmpty(lock.exclusive_waiters) || !IsEmpty(lock.shared_waiters) ||
+         !IsEmpty(lock.notify_list);
+}
+
 // To find the own identity costs about as much as the rest of a shared grant, so it is looked for
 // only while the lock has an owner.
 bool TakeSharedPastWriters(tiSO_SELock_t* lock) {
@@ -96,18 +101,25 @@ bool WokenByGranter(const Waiter& waiter) {
   return LoadAcquire(&waiter.waiting) == 0;
 }
 
-/// Queues a request and sleeps until it is granted.
-/// REQUIRES: the spin word is taken; it is given back here.
-[[gnu::noinline]] void WaitAmong(tiLL_head_t* waiters, uintptr_t self, tiSO_SELock_t* lock) {
+/// What a request does that is not granted: it is queued and sleeps until it has been granted, or
+/// it is refused. REQUIRES: the spin word is taken; it is given back here.
+///
+/// Not inlined, like the other calls that most requests never make: that keeps what they need off
+/// the way of those.
+[[gnu::noinline]] BOOL WaitOrRefuse(tiSO_SELock_t* lock, BOOL wait, tiLL_head_t* waiters) {
+  SpinHold hold(&lock->spin_word, SpinHold::Taken{});
+  if (wait == 0) return FALSE;
+  const uintptr_t self = OwnIdentity();
+  // A thread that is not attached has no event to sleep on.
+  if (self == TISO_NO_THREAD) return FALSE;
   Waiter waiter = {{nullptr}, self, ProcessId(), 1};
   const CancellationHeldOff no_cancellation;
-  {
-    const SpinHold hold(&lock->spin_word, SpinHold::Taken{});
-    tiLL_XInsertHead(waiters, &waiter.link);
-  }
+  tiLL_XInsertHead(waiters, &waiter.link);
+  hold.Release();
   do {
     tivWaitForSingleObject(EventOf(self), TIV_INVALID_DWORD);
   } while (!WokenByGranter(waiter));
+  return TRUE;
 }
 
 /// Hands a free lock to the newest exclusive request.
@@ -134,7 +146,7 @@ tiLL_element_t* GrantSharedWaiters(tiSO_SELock_t* lock) {
 
 /// Wakes the threads whose requests have been granted and taken out of their queue. The spin word
 /// has been given back by then: a thread that wakes up in place of its granter would only spin.
-void Wake(tiLL_element_t* granted) {
+[[gnu::noinline]] void Wake(tiLL_element_t* granted) {
   while (granted != nullptr) {
     Waiter* waiter = WaiterOf(granted);
     granted = granted->next;
@@ -152,13 +164,17 @@ BOOL Request(tiSO_SELock_t* lock, BOOL wait, tiLL_head_t tiSO_SELock_t::*waiters
   if (lock == nullptr) return FALSE;
   SpinHold hold(&lock->spin_word);
   if (take(lock)) return TRUE;
-  if (wait == 0) return FALSE;
-  const uintptr_t self = OwnIdentity();
-  // A thread that is not attached has no event to sleep on.
-  if (self == TISO_NO_THREAD) return FALSE;
   hold.HandOver();
-  WaitAmong(&(lock->*waiters), self, lock);
-  return TRUE;
+  return WaitOrRefuse(lock, wait, &(lock->*waiters));
+}
+
+/// Hands a lock that has become free to whoever waits for it, in the order of the header.
+/// \return the records of the requests that have been granted, for Wake().
+[[gnu::noinline]] tiLL_element_t* HandOverFreeLock(tiSO_SELock_t* lock) {
+  if (!IsEmpty(lock->exclusive_waiters)) return GrantExclusiveWaiter(lock);
+  if (!IsEmpty(lock->shared_waiters)) return GrantSharedWaiters(lock);
+  OfferToClients(lock);
+  return nullptr;
 }
 
 }  // namespace
@@ -232,13 +248,8 @@ void tiSO_SELockRelease(tiSO_SELock_t* lock) {
     if (--lock->count != 0) return;
     lock->owner = TISO_NO_THREAD;
     lock->state = TISO_STATE_RELEASED;
-    if (!zebcomn::IsEmpty(lock->exclusive_waiters)) {
-      granted = zebcomn::GrantExclusiveWaiter(lock);
-    } else if (!zebcomn::IsEmpty(lock->shared_waiters)) {
-      granted = zebcomn::GrantSharedWaiters(lock);
-    } else if (!zebcomn::IsEmpty(lock->notify_list)) {
-      zebcomn::OfferToClients(lock);
-    }
+    if (!zebcomn::HasWaiters(*lock)) return;
+    granted = zebcomn::HandOverFreeLock(lock);
   }
-  if (granted != nullptr) zebcomn::Wake(granted);
+  zebcomn::Wake(granted);
 }

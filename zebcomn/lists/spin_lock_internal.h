@@ -23,13 +23,18 @@ class SpinHold {
   struct Taken {};
   [[gnu::always_inline]] SpinHold(LONG* word, Taken) : word_(word) {}
   [[gnu::always_inline]] ~SpinHold() {
-    if (word_ != nullptr) tivInterlockedExchange(word_, kSpinWordFree);
+    if (word_ != nullptr) Release();
   }
   SpinHold(const SpinHold&) = delete;
   SpinHold& operator=(const SpinHold&) = delete;
 
+  /// Gives the word back now. REQUIRES: not called before, nor HandOver().
+  [[gnu::always_inline]] void Release() {
+    tivInterlockedExchange(word_, kSpinWordFree);
+    word_ = nullptr;
+  }
   /// The word stays taken; another SpinHold goes on with it.
-  void HandOver() { word_ = nullptr; }
+  [[gnu::always_inline]] void HandOver() { word_ = nullptr; }
 
  private:
   LONG* word_;
