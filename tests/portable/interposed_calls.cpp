@@ -41,6 +41,12 @@ int ErrorFor(Call call) {
   return plan.error;
 }
 
+// A sanitizer makes these calls on a thread that it is not ready for yet, so no hook may run.
+bool HasStep(Call call) {
+  return call != Call::kSetspecific && call != Call::kAttrInit && call != Call::kAttrDestroy &&
+         call != Call::kAttrSetdetachstate;
+}
+
 // Runs the hook around a call.
 class Step {
  public:
@@ -52,7 +58,7 @@ class Step {
  private:
   void Run(bool before) const {
     const StepHook hook = step_hook.load(std::memory_order_relaxed);
-    if (hook != nullptr) hook(call_, before, object_);
+    if (hook != nullptr && HasStep(call_)) hook(call_, before, object_);
   }
   Call call_;
   void* object_;

@@ -65,8 +65,9 @@ class FixedClock {
   FixedClock& operator=(const FixedClock&) = delete;
 };
 
-/// Called before and after each interposed call but malloc() on every thread, with the object that
-/// the call works on (a mutex, a condition, a block; else null). Null for no hook.
+/// Called before and after each interposed call, on every thread, with the object that the call works
+/// on (a mutex, a condition, a block; else null). malloc(), the thread attributes and the uses of a
+/// key have no step. Null for no hook.
 using StepHook = void (*)(Call call, bool before, void* object);
 void SetStepHook(StepHook hook);
 

@@ -7,6 +7,16 @@
 #include "zebcomn/portable/held_mutex_internal.h"
 #include "zebcomn/portable/signal_internal.h"
 
+namespace {
+
+BOOL SetRecord(_tivHandleObject_t* record) {
+  zebcomn::HeldMutex lock(record->mutex);
+  if (!lock.held() || !zebcomn::Signal(record)) return FALSE;
+  return lock.Unlock() ? TRUE : FALSE;
+}
+
+}  // namespace
+
 HANDLE tivCreateEvent(void* /*lpEventAttributes*/, BOOL bManualReset, BOOL bInitialState,
                       const char* lpName) {
   // Kept: auto-reset and named events are refused; callers fall back on what there is.
@@ -28,7 +38,7 @@ HANDLE tivCreateEvent(void* /*lpEventAttributes*/, BOOL bManualReset, BOOL bInit
   record->nRefCount = 1;
   record->bSignalled = 0;
   // Kept: only 1 asks for a signalled event; callers pass other non-zero values for "not".
-  if (bInitialState == 1 && tivSetEvent(record) != TRUE) {
+  if (bInitialState == 1 && SetRecord(record) != TRUE) {
     zebcomn::StoreError(EBUSY);
     // Nobody else has the handle, so it ends without its lock, which may be what has failed.
     std::free(record);
@@ -42,10 +52,7 @@ BOOL tivSetEvent(HANDLE hEvent) {
     zebcomn::StoreError(EINVAL);
     return FALSE;
   }
-  _tivHandleObject_t* record = zebcomn::RecordOf(hEvent);
-  zebcomn::HeldMutex lock(record->mutex);
-  if (!lock.held() || !zebcomn::Signal(record)) return FALSE;
-  return lock.Unlock() ? TRUE : FALSE;
+  return SetRecord(zebcomn::RecordOf(hEvent));
 }
 
 BOOL tivResetEvent(HANDLE hEvent) {
