@@ -153,7 +153,7 @@ class Parser {
                  return kSuccess;
                });
     AddCommand("plugin-version",
-               "Load a plug-in module, which runs its code, and show its version stamps",
+               "Load a plug-in module (its code runs) and show its version stamps",
                "zebinfo plugin-version ./plugin.so",
                [](const Arguments& arguments, Format format) {
                  ShowPluginVersion(arguments.file, format);

@@ -6,6 +6,7 @@
 #include "tools/zebinfo/commands.h"
 #include "tools/zebinfo/text.h"
 #include "zebcomn/portable/dynamic_library.h"
+#include "zebcomn/portable/shared_object.h"
 #include "zebcomn/util/agent_identity.h"
 #include "zebcomn/util/platform_match.h"
 #include "zebcomn/util/plugin_version.h"
@@ -16,34 +17,44 @@ namespace {
 constexpr std::size_t kGuidCapacity = 39;
 constexpr unsigned kSoftwareIdCapacity = 32;
 constexpr unsigned kStampCapacity = 100;
+constexpr std::size_t kMessageCapacity = 512;
 constexpr const char* kVersionEntryPoint = "ZUPLUGIN_GetVersion";
 
 // What tivmcomn_IsPlatformMatch answers for a platform whose version no range holds.
 constexpr uint32_t kVersionOutOfRange = 1;
 
-// A module that stays loaded while the object lives, so that it is initialised once.
+// A module that stays loaded, and told of it, while the object lives. The loader is asked without
+// the library's table first: the table keeps a record of each load that the loader refuses.
 class LoadedModule {
  public:
   explicit LoadedModule(const std::string& file) {
+    char reason[kMessageCapacity] = "";
+    if (!load_shared_object_image(&image_, file.c_str(), reason)) {
+      reason_ = reason;
+      return;
+    }
     const char* message = nullptr;
-    handle_ = tivLoadLibrary(file.c_str(), &message);
-    if (handle_ == nullptr && message != nullptr) message_ = message;
+    module_ = tivLoadLibrary(file.c_str(), &message);
+    if (module_ == nullptr && message != nullptr) reason_ = message;
   }
   ~LoadedModule() {
-    if (handle_ != nullptr) tivFreeLibrary(handle_);
+    if (module_ != nullptr) tivFreeLibrary(module_);
+    if (image_ != nullptr) unload_shared_object_image(image_);
   }
   LoadedModule(const LoadedModule&) = delete;
   LoadedModule& operator=(const LoadedModule&) = delete;
 
-  bool IsLoaded() const { return handle_ != nullptr; }
+  bool IsLoaded() const { return module_ != nullptr; }
+  // Why it is not.
+  const std::string& reason() const { return reason_; }
   bool Exports(const char* name) const {
-    return tivGetProcAddress(handle_, name, nullptr) != nullptr;
+    return tivGetProcAddress(module_, name, nullptr) != nullptr;
   }
-  const std::string& message() const { return message_; }
 
  private:
-  void* handle_;
-  std::string message_;
+  void* image_ = nullptr;
+  void* module_ = nullptr;
+  std::string reason_;
 };
 
 [[noreturn]] void NoStamp(const std::string& file, const std::string& why,
@@ -122,7 +133,7 @@ void ShowPluginVersion(const std::string& file, Format format) {
   const std::string path = file.find('/') == std::string::npos ? "./" + file : file;
   const LoadedModule module(path);
   if (!module.IsLoaded()) {
-    NoStamp(file, "it cannot be loaded: " + Printable(module.message()),
+    NoStamp(file, "it cannot be loaded: " + Printable(module.reason()),
             "Give a shared object of this machine's kind whose own needs are met.");
   }
   if (!module.Exports(kVersionEntryPoint)) {

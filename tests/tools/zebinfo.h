@@ -1,0 +1,31 @@
+#ifndef ZEBCOMN_TESTS_TOOLS_ZEBINFO_H_
+#define ZEBCOMN_TESTS_TOOLS_ZEBINFO_H_
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/support/command.h"
+#include "tests/support/private_host.h"
+
+namespace zebcomn_test {
+
+/// Runs the zebinfo of this build in UTC and without a language; `environment` is set on top.
+CommandResult Zebinfo(std::vector<std::string> arguments,
+                      const std::vector<std::pair<std::string, std::string>>& environment = {});
+
+/// Everything about a finished zebinfo in one text, for a body in a private host to return: what it
+/// wrote, and, unless it did well and kept quiet, "exit status N" and what it complained about.
+std::string Everything(const CommandResult& result);
+
+/// The same of a zebinfo with these arguments on a private host that `prepare` has changed.
+std::string ZebinfoOn(void (*prepare)(PrivateHost&), const std::vector<std::string>& arguments,
+                      const std::vector<std::pair<std::string, std::string>>& environment = {});
+
+/// Takes the resolver of the real host out of a private host: names
+/// come from this hosts file alone.
+void UseHostsFile(PrivateHost& host, const std::string& text);
+
+}  // namespace zebcomn_test
+
+#endif  // ZEBCOMN_TESTS_TOOLS_ZEBINFO_H_
