@@ -6,6 +6,9 @@
 #include <cerrno>
 #include <climits>
 #include <map>
+#include <thread>
+
+#include "zebcomn/portable/event.h"
 
 namespace {
 
@@ -47,6 +50,12 @@ TEST(LastError, DoesNotLookAtTheErrorSlot) {
   nErrno = 13;
   EXPECT_EQ(CodeFor(0), 0u);
   EXPECT_EQ(nErrno, 13);
+}
+
+TEST(ErrorSlot, IsOneForAllThreads) {
+  nErrno = 0;
+  std::thread([] { EXPECT_EQ(tivResetEvent(nullptr), FALSE); }).join();
+  EXPECT_EQ(nErrno, EINVAL);
 }
 
 }  // namespace
