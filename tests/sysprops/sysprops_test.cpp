@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <set>
 #include <string>
 #include <vector>
@@ -172,6 +173,7 @@ TEST(ISysProps, OldEntriesOfAMapAreGone) {
 }
 
 TEST(ISysProps, LookupsGiveTheValuesOfTheMap) {
+  tzset();  // No collection sets up the time zone, but the first one that asks for the time does.
   ISysProps properties;
   PropertyMap props;
   FileSystemMap file_systems;

@@ -122,7 +122,8 @@ int ISysProps::GetAllSystemProperties(PropertyMap& props) {
   // Kept: no "IsPortable" in this form; callers count on 29 names before those of file systems.
   InsertAll(props);
   for (const auto& [mount_point, space] : m_DiskInfo.m_mapFileSystems) {
-    const std::wstring prefix = FileSystemName + L'"' + mount_point + L"\" ";
+    std::wstring prefix = FileSystemName;
+    prefix.append(L"\"").append(mount_point).append(L"\" ");
     props.emplace(prefix + FileSystemTotalSpace, space.first);
     props.emplace(prefix + FileSystemFreeSpace, space.second);
   }
