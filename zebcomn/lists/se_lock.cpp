@@ -10,7 +10,6 @@
 #include "zebcomn/lists/spin_lock_internal.h"
 #include "zebcomn/lists/thread_attach_internal.h"
 #include "zebcomn/portable/event.h"
-#include "zebcomn/portable/handle.h"
 #include "zebcomn/portable/held_mutex_internal.h"
 #include "zebcomn/portable/plain_atomic_internal.h"
 #include "zebcomn/portable/wait.h"
@@ -46,10 +45,6 @@ static_assert(!kIs32Bit || sizeof(Waiter) == 16, "32-bit layout");
 
 Waiter* WaiterOf(tiLL_element_t* link) {
   return reinterpret_cast<Waiter*>(link);
-}
-
-HANDLE EventOf(uintptr_t thread) {
-  return reinterpret_cast<HANDLE>(thread);
 }
 
 // The queues are looked at in every call, so without one.
@@ -90,14 +85,11 @@ class CancellationHeldOff {
   int before_ = PTHREAD_CANCEL_ENABLE;
 };
 
-/// Whether the wake-up was the granter's. Nobody has set the event after a spurious one, and the
-/// flag is still 1 when somebody else has set it; the event is ready for the next wait in each
-/// case.
-bool WokenByGranter(const Waiter& waiter) {
-  const HANDLE event = EventOf(waiter.thread);
-  if (LoadAcquire(&static_cast<_tivHandleObject_t*>(event)->bSignalled) == 0) return false;
+/// Whether the request has been granted, and not only its thread woken by somebody else; the event
+/// is ready for the next wait if not.
+bool IsGranted(const Waiter& waiter) {
   // Before the flag is looked at: a grant that comes in between sets the event again.
-  tivResetEvent(event);
+  tivResetEvent(EventOf(waiter.thread));
   return LoadAcquire(&waiter.waiting) == 0;
 }
 
@@ -117,8 +109,8 @@ bool WokenByGranter(const Waiter& waiter) {
   tiLL_XInsertHead(waiters, &waiter.link);
   hold.Release();
   do {
-    tivWaitForSingleObject(EventOf(self), TIV_INVALID_DWORD);
-  } while (!WokenByGranter(waiter));
+    tivWaitForSingleObject(EventOf(self), TIV_WAIT_INFINITE);
+  } while (!IsGranted(waiter));
   return TRUE;
 }
 

@@ -20,7 +20,7 @@ void SetIdentitySlot(DWORD index) {
 }
 
 BOOL StoreNotAttached() {
-  return tivTlsSetValue(IdentitySlot(), TIV_INVALID_HANDLE);
+  return tivTlsSetValue(IdentitySlot(), zebcomn::EventOf(TISO_NO_THREAD));
 }
 
 }  // namespace
@@ -50,7 +50,7 @@ uintptr_t tiSO_ThreadAttach() {
 BOOL tiSO_ThreadDetach() {
   {
     const HeldMutex no_granter(zebcomn::g_wake_mutex, HeldMutex::Insist{});
-    tivCloseHandle(reinterpret_cast<HANDLE>(zebcomn::OwnIdentity()));
+    tivCloseHandle(zebcomn::EventOf(zebcomn::OwnIdentity()));
   }
   return StoreNotAttached();
 }

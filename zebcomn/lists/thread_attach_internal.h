@@ -29,6 +29,11 @@ inline uintptr_t OwnIdentity() {
   return stored == 0 ? TISO_NO_THREAD : stored;
 }
 
+/// The event of the thread that has this identity: an identity is its handle, as a number.
+inline HANDLE EventOf(uintptr_t identity) {
+  return reinterpret_cast<HANDLE>(identity);
+}
+
 }  // namespace zebcomn
 
 #endif  // ZEBCOMN_LISTS_THREAD_ATTACH_INTERNAL_H_
