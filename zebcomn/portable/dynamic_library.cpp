@@ -89,7 +89,7 @@ void FillRecord(TivLibraryRecord& record, const char* name, void* module, TivEnt
 void* LoadIntoEntry(TivLibraryRecord** entry, const char* name) {
   void* module = nullptr;
   char reason[zebcomn::kMessageCapacity] = "";
-  if (load_shared_object_image(&module, name, reason) != TRUE) {
+  if (name == nullptr || load_shared_object_image(&module, name, reason) != TRUE) {
     load_message.Set(reason);
     // Kept: the entry is cleared before its record could be freed, so the record is never freed.
     zebcomn::StoreRelease<TivLibraryRecord*>(entry, nullptr);

@@ -31,10 +31,6 @@ UniqueRecord<Record> AllocateZeroed() {
   return UniqueRecord<Record>(static_cast<Record*>(std::calloc(1, sizeof(Record))));
 }
 
-bool IsValid(HANDLE handle) {
-  return handle != nullptr && handle != TIV_INVALID_HANDLE;
-}
-
 uint32_t StatusOf(bool success) {
   return success ? ZEBCOMN_STATUS_OK : ZEBCOMN_STATUS_FAILURE;
 }
@@ -47,7 +43,7 @@ TiFile* MakeFileObject(const char* path, DWORD access, DWORD share, DWORD dispos
   UniqueRecord<TiFileOps> ops = AllocateZeroed<TiFileOps>();
   if (ops == nullptr) return nullptr;
   file->handle = tivCreateFileAW(path, access, share, nullptr, disposition, flags, nullptr);
-  if (!IsValid(file->handle)) return nullptr;
+  if (file->handle == nullptr) return nullptr;
   *ops = {tiCloseFile, tiReadFile, tiWriteFile, tiGetFileSize};
   file->ops = ops.release();
   return file.release();
