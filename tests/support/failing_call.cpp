@@ -26,7 +26,7 @@ bool FailingCall::Happened() const {
   return calls_to_go == 0;
 }
 
-bool IsToFail(const char* function) {
+ZEBCOMN_TESTS_NOT_SANITIZED bool IsToFail(const char* function) {
   if (failing_function == nullptr || calls_to_go == 0) return false;
   if (std::strcmp(failing_function, function) != 0 || --calls_to_go != 0) return false;
   errno = failing_errno;

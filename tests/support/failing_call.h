@@ -21,6 +21,9 @@ class FailingCall {
   bool Happened() const;
 };
 
+/// Marks what runs in a process before its sanitizer is ready, as an interposer of malloc does.
+#define ZEBCOMN_TESTS_NOT_SANITIZED __attribute__((no_sanitize("address", "thread", "undefined")))
+
 /// For interposers: whether this call of `function` is the one to fail; `errno` is set then.
 bool IsToFail(const char* function);
 

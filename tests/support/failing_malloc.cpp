@@ -12,12 +12,12 @@ void* __libc_calloc(size_t count, size_t size);
 void* __interceptor_malloc(size_t size) __attribute__((weak));
 void* __interceptor_calloc(size_t count, size_t size) __attribute__((weak));
 
-void* malloc(size_t size) {
+ZEBCOMN_TESTS_NOT_SANITIZED void* malloc(size_t size) {
   if (zebcomn_test::IsToFail("malloc")) return nullptr;
   return __interceptor_malloc != nullptr ? __interceptor_malloc(size) : __libc_malloc(size);
 }
 
-void* calloc(size_t count, size_t size) {
+ZEBCOMN_TESTS_NOT_SANITIZED void* calloc(size_t count, size_t size) {
   if (zebcomn_test::IsToFail("malloc")) return nullptr;
   return __interceptor_calloc != nullptr ? __interceptor_calloc(count, size)
                                          : __libc_calloc(count, size);
