@@ -49,8 +49,8 @@ class FileCopyTest : public ::testing::Test {
 };
 
 TEST_F(FileCopyTest, CopiesEverySizeAroundABlockAndAStreamBuffer) {
-  for (const size_t size : {0u, 1u, 511u, 512u, 513u, 1023u, 1024u, 1025u, 131071u, 131072u,
-                            131073u, 131584u, 262144u, 300000u}) {
+  for (const size_t size : {0u, 1u, 511u, 512u, 513u, 1023u, 1024u, 1025u, 262143u, 262144u,
+                            262145u, 262656u, 300000u}) {
     const std::string source = scratch_.Write("source", Content(size));
     EXPECT_EQ(Copy(source, scratch_ / "copy"), TRUE) << size;
     EXPECT_TRUE(ReadFile(scratch_ / "copy") == Content(size)) << size;
