@@ -11,7 +11,7 @@ namespace {
 constexpr wchar_t kReplacement = 0xFFFD;
 
 bool IsCharacter(wchar_t code_point) {
-  const auto value = static_cast<unsigned long>(code_point);
+  const auto value = std::char_traits<wchar_t>::to_int_type(code_point);
   return value <= 0x10FFFF && (value < 0xD800 || value > 0xDFFF);
 }
 
