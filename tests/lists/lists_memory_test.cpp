@@ -101,6 +101,18 @@ uint32_t Accept(uintptr_t, uint32_t, uintptr_t, uint32_t) {
   return 0;
 }
 
+TEST_F(ListsMemory, AFreedLockLeavesNothingBehind) {
+  const CallWatch watch;
+  tiSO_SELock_t* lock = nullptr;
+  EXPECT_EQ(tiSO_SELockCreate(&lock), 0U);
+  EXPECT_EQ(tiSO_SELockSharedStarveExclusive(lock, 1), 1);
+  EXPECT_EQ(tiSO_SELockExclusiveNotify(lock, Accept, 1, 2), 0);
+  EXPECT_EQ(tiSO_SELockExclusiveNotify(lock, Accept, 1, 3), 0);
+  EXPECT_EQ(watch.UnfreedBlocks(), 3);
+  tiSO_Release(lock);
+  EXPECT_EQ(watch.UnfreedBlocks(), 0);
+}
+
 TEST_F(ListsMemory, ARegistrationThatCannotBeHadEndsTheProcess) {
   GTEST_FLAG_SET(death_test_style, "fast");
   OwnLock lock;

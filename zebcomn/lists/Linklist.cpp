@@ -83,12 +83,11 @@ void CountOneLess(ListRecord* list) {
   }
 }
 
-/// Moves the head or the tail off the element at `index`.
+/// Moves the head or the tail off the element at `index`; JoinNeighbours() sees to the links.
 void MoveEndsOff(ListRecord* list, DWORD index) {
   if (index == 0) {
     Require(list->lpHead != nullptr, kRemoveAtItem);
     list->lpHead = GetLink(list->lpHead, Link::kNext);
-    if (list->lpHead != nullptr) SetLink(list->lpHead, Link::kPrevious, nullptr);
   } else if (index == list->count - 1) {
     Require(list->lpTail != nullptr, kRemoveAtTail);
     list->lpTail = GetLink(list->lpTail, Link::kPrevious);
