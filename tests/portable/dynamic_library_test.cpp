@@ -220,7 +220,7 @@ TEST_F(DynamicLibraryTest, NullNameIsNotComparedWithLoadedNames) {
 TEST_F(DynamicLibraryTest, MessageIsGivenOnSuccessTooAndIsThenEmpty) {
   const std::string path = PlainModule();
   EXPECT_NE(MessageOfFailedLoad("absent.so"), "");
-  const char* message = nullptr;
+  const char* message = "the caller's own";
   void* module = tivLoadLibrary(path.c_str(), &message);
   EXPECT_STREQ(message, "");
   const char* same_message = nullptr;
@@ -302,6 +302,27 @@ TEST_F(DynamicLibraryTest, WideMessageStaysInItsBuffer) {
   const wchar_t* message = nullptr;
   EXPECT_EQ(tivLoadLibraryW(Wide(name).c_str(), &message), nullptr);
   EXPECT_EQ(message, Wide(name.substr(0, 510)));
+}
+
+TEST_F(DynamicLibraryTest, WideMessageIsEmptiedByEveryCallAndSetOnlyForTheCallerThatAsks) {
+  // Failed loads leave their records behind.
+  const ExpectedLeak records;
+  const std::wstring name = Wide(scratch_ / "absent.so");
+  const wchar_t* message = L"the caller's own";
+  EXPECT_EQ(tivLoadLibraryW(name.c_str(), &message), nullptr);
+  EXPECT_NE(std::wstring(message).find(L"absent.so"), std::wstring::npos);
+  EXPECT_EQ(tivLoadLibraryW(name.c_str(), nullptr), nullptr);
+  EXPECT_STREQ(message, L"");
+}
+
+TEST_F(DynamicLibraryTest, WideNameIsLoadedAsFarAsItCanBeConverted) {
+  const std::string path = PlainModule();
+  const std::wstring name = Wide(path) + static_cast<wchar_t>(0xD800) + L"x";
+  const wchar_t* message = nullptr;
+  void* module = tivLoadLibraryW(name.c_str(), &message);
+  ASSERT_NE(module, nullptr);
+  EXPECT_EQ(pDynamicLibraryList[0]->name, path);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
 }
 
 TEST_F(DynamicLibraryTest, NullWideNameFailsToLoadWithoutAMessage) {

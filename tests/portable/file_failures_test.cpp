@@ -1,5 +1,6 @@
 // What the calls on files, directories and names leave behind when a call underneath them fails.
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <unistd.h>
 
 #include <array>
@@ -8,11 +9,19 @@
 #include "tests/support/descriptors.h"
 #include "tests/support/error_slot.h"
 #include "tests/support/failing_call.h"
+#include "tests/support/next_function.h"
 #include "tests/support/scratch_dir.h"
 #include "zebcomn/portable/directory_search.h"
 #include "zebcomn/portable/file.h"
+#include "zebcomn/portable/global_mutexes.h"
 #include "zebcomn/portable/handle.h"
 #include "zebcomn/portable/named_file.h"
+
+extern "C" int pthread_mutex_lock(pthread_mutex_t* mutex) noexcept {
+  static auto* const next = zebcomn_test::NextFunction<int(pthread_mutex_t*)>("pthread_mutex_lock");
+  if (mutex == &MutexDirEnt && zebcomn_test::IsToFail("table lock")) return EDEADLK;
+  return next(mutex);
+}
 
 namespace {
 
@@ -179,6 +188,15 @@ TEST_F(FileFailuresTest, SearchThatCannotOpenItsDirectoryLeavesNothing) {
   const FailingCall failing("opendir", 1, EMFILE);
   EXPECT_EQ(tivFindFirstDirEnt((scratch_ / "*").c_str(), &data), -1);
   EXPECT_TRUE(failing.Happened());
+  EXPECT_EQ(nErrno, kErrorLeftAlone);
+  EXPECT_EQ(pDirEntTable[0], nullptr);
+}
+
+TEST_F(FileFailuresTest, SearchThatCannotLockTheTableTakesNoEntryAndClosesItsDirectory) {
+  TivFindData data = {};
+  const FailingCall failing("table lock");
+  EXPECT_EQ(tivFindFirstDirEnt((scratch_ / "*").c_str(), &data), -1);
+  EXPECT_TRUE(failing.Happened()) << "an entry is claimed under the table's lock";
   EXPECT_EQ(nErrno, kErrorLeftAlone);
   EXPECT_EQ(pDirEntTable[0], nullptr);
 }

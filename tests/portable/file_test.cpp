@@ -230,6 +230,43 @@ TEST_F(FileTest, PathOf300BytesIsNotDeletedNorIsWhatItsBeginningNames) {
   free(record);
 }
 
+/// What the payload of a file handle looks like.
+struct PayloadFields {
+  int32_t descriptor;
+  int32_t delete_on_close;
+  int32_t end_of_file;
+  char path[261];
+};
+
+TEST_F(FileTest, PayloadHoldsDescriptorFlagsAndThePathCutAt260Bytes) {
+  for (const size_t length : {260u, 261u, 300u}) {
+    const std::string path = PathOfLength(scratch_, "file", length);
+    const HANDLE file = Open(path, TIV_ACCESS_WRITE, TIV_CREATE_ALWAYS);
+    ASSERT_NE(file, nullptr);
+    const auto* payload =
+        static_cast<const PayloadFields*>(static_cast<_tivHandleObject_t*>(file)->pObject);
+    struct stat by_descriptor = {};
+    struct stat by_path = {};
+    EXPECT_EQ(fstat(payload->descriptor, &by_descriptor), 0);
+    EXPECT_EQ(stat(path.c_str(), &by_path), 0);
+    EXPECT_EQ(by_descriptor.st_ino, by_path.st_ino);
+    EXPECT_EQ(payload->delete_on_close, 0);
+    EXPECT_EQ(payload->end_of_file, 0);
+    EXPECT_EQ(std::string(payload->path), path.substr(0, 260)) << length;
+    EXPECT_EQ(tivCloseHandle(file), TRUE);
+  }
+}
+
+TEST_F(FileTest, PayloadSaysWhenTheFileIsToBeDeleted) {
+  const HANDLE file =
+      Open(scratch_ / "file", TIV_ACCESS_WRITE, TIV_CREATE_NEW, TIV_FLAG_DELETE_ON_CLOSE);
+  const auto* payload =
+      static_cast<const PayloadFields*>(static_cast<_tivHandleObject_t*>(file)->pObject);
+  EXPECT_EQ(payload->delete_on_close, 1);
+  EXPECT_EQ(payload->path, scratch_ / "file");
+  EXPECT_EQ(tivCloseHandle(file), TRUE);
+}
+
 TEST_F(FileTest, ReadsContinueWhereTheLastOneEnded) {
   const HANDLE file = OpenToRead(scratch_.Write("file", "abcdef"));
   EXPECT_EQ(ReadSome(file, 4), "abcd");

@@ -7,7 +7,20 @@
 #include <string>
 
 #include "tests/portable/module_fixture.h"
-#include "tests/support/error_slot.h"
+#include "tests/support/next_function.h"
+
+namespace {
+
+/// How the loader was last asked to load.
+int last_mode = -1;
+
+}  // namespace
+
+extern "C" void* dlopen(const char* name, int mode) noexcept {
+  static auto* const next = zebcomn_test::NextFunction<void*(const char*, int)>("dlopen");
+  last_mode = mode;
+  return next(name, mode);
+}
 
 namespace {
 
@@ -25,6 +38,15 @@ TEST_F(SharedObjectTest, LoadsAndUnloadsWithoutTableAndEntryRoutine) {
   EXPECT_EQ(unload_shared_object_image(handle), 1);
   EXPECT_FALSE(IsLoaded(path));
   EXPECT_TRUE(zebcomn_test::DllMainCalls().empty());
+}
+
+TEST_F(SharedObjectTest, SymbolsAreBoundLateAndSeenByNoOtherObject) {
+  void* handle = nullptr;
+  EXPECT_EQ(load_shared_object_image(&handle, PlainModule().c_str(), nullptr), 1);
+  EXPECT_EQ(last_mode, RTLD_LAZY);
+  EXPECT_EQ(dlsym(RTLD_DEFAULT, "answer"), nullptr);
+  EXPECT_NE(dlsym(handle, "answer"), nullptr);
+  EXPECT_EQ(unload_shared_object_image(handle), 1);
 }
 
 TEST_F(SharedObjectTest, FailureAppendsTheLoadersText) {

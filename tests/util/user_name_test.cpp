@@ -5,10 +5,23 @@
 
 #include <array>
 #include <cstring>
+#include <optional>
 #include <string>
 
 #include "tests/support/error_slot.h"
+#include "tests/support/next_function.h"
 #include "tests/support/private_host.h"
+
+namespace {
+
+std::optional<uid_t> made_up_real_user;
+
+}  // namespace
+
+extern "C" uid_t getuid() noexcept {
+  static auto* const next = zebcomn_test::NextFunction<uid_t()>("getuid");
+  return made_up_real_user ? *made_up_real_user : next();
+}
 
 namespace {
 
@@ -42,6 +55,12 @@ class UserNameTest : public ::testing::Test {
 
 TEST_F(UserNameTest, NameIsThatOfTheRealUserId) {
   EXPECT_EQ(NameIn("other:x:4711:0::/:\nchief:x:0:0::/root:\n", 100), "0 chief");
+}
+
+TEST_F(UserNameTest, NameIsNotThatOfTheEffectiveUserId) {
+  made_up_real_user = 4711;
+  EXPECT_EQ(NameIn("chief:x:0:0::/root:\nother:x:4711:0::/:\n", 100), "0 other");
+  made_up_real_user.reset();
 }
 
 TEST_F(UserNameTest, BufferMustHoldTheNameAndItsNul) {

@@ -53,7 +53,8 @@ extern ZEBCOMN_EXPORT TivSearchRecord* pDirEntTable[TIV_SEARCH_COUNT];
 ///                      bytes.
 /// \param[out] data     Receives the first entry. Untouched when there is none.
 /// \return The id, or -1: the directory cannot be opened or has no such name (`nErrno` is left
-///   alone), there are 50 searches already or no memory (11), or an argument is null (22).
+///   alone), there are 50 searches already or no memory (11), `MutexDirEnt` cannot be locked
+///   (`nErrno` is left alone), or an argument is null (22).
 ZEBCOMN_EXPORT int32_t tivFindFirstDirEnt(const char* pattern, TivFindData* data);
 
 /// Finds the next entry.
@@ -73,6 +74,9 @@ ZEBCOMN_EXPORT BOOL tivFindCloseDirEnt(int32_t id);
 /// Fills `data` for one entry of a directory: clears it, sets the name and reads the status of
 /// `directory` + name, cut at 259 bytes. A "/" is put between them unless `directory` is empty or
 /// ends with one.
+///
+/// On a 32-bit host `entry` is in the form for large files: a caller that passes an entry of its
+/// own is compiled with `_FILE_OFFSET_BITS=64`, as the library is.
 ///
 /// \return `data`; null with 22 in `nErrno` when an argument is null.
 ZEBCOMN_EXPORT TivFindData* tivSetFindDataDirEnt(TivFindData* data, const struct dirent* entry,

@@ -8,8 +8,9 @@
 ///  - A module handle is what `dlopen` gave. Each successful load of a name is given back by one
 ///    tivFreeLibrary().
 ///  - A module that exports "DllMain" is told of its load (reason 1) and, before it is unloaded, of
-///    its unload (reason 0). "DllMain" runs with `MutexDynamicLibraryList` held: it must not load
-///    or free libraries, and the calling thread must not hold that mutex.
+///    its unload (reason 0). "DllMain" runs with `MutexDynamicLibraryList` held, and so do the
+///    module's own constructors and destructors: they must not load or free libraries, and the
+///    calling thread must not hold that mutex. "DllMain" must return; it must not throw.
 ///  - A call that has a message pointer stores there, when it is not null, the address of its own
 ///    process-wide text: empty, or the reason of a failure. The text is the library's; the next
 ///    call of the same function, in any thread, overwrites it.
@@ -65,8 +66,11 @@ extern ZEBCOMN_EXPORT TivLibraryRecord* pDynamicLibraryList[TIV_LIBRARY_COUNT];
 ///   - "dllmain returned false" (`nErrno` left alone). The shared object then stays loaded.
 ZEBCOMN_EXPORT void* tivLoadLibrary(const char* lpLibFileName, const char** ppMessage);
 
-/// tivLoadLibrary() with the name and the message in wide form. Failing to convert the name to
-/// UTF-8 gives null with the message "out of memory".
+/// tivLoadLibrary() with the name and the message in wide form.
+///
+/// The name is converted to UTF-8 up to the first character that UTF-8 does not have (a surrogate),
+/// and what is before that is loaded. A name of which nothing can be converted gives null with the
+/// message "out of memory". The message is converted only when `ppMessage` is given.
 ZEBCOMN_EXPORT void* tivLoadLibraryW(const wchar_t* lpLibFileName, const wchar_t** ppMessage);
 
 /// Looks up a symbol in a module, or in any other object that `dlopen` gave.

@@ -6,7 +6,6 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <optional>
 #include <utility>
 
@@ -14,7 +13,9 @@
 #include "zebcomn/portable/error_internal.h"
 #include "zebcomn/portable/file_record_internal.h"
 #include "zebcomn/portable/handle_internal.h"
+#include "zebcomn/portable/plain_atomic_internal.h"
 #include "zebcomn/portable/unique_fd_internal.h"
+#include "zebcomn/portable/unique_memory_internal.h"
 
 using zebcomn::FileRecord;
 
@@ -22,10 +23,6 @@ namespace {
 
 constexpr mode_t kNewFileMode = 0660;
 constexpr uint64_t kHighPartDivisor = 65535;
-
-struct FreeMemory {
-  void operator()(void* memory) const { std::free(memory); }
-};
 
 std::optional<int> AccessFlags(DWORD access) {
   switch (access) {
@@ -71,10 +68,9 @@ void FillFileRecord(FileRecord& file, int descriptor, bool delete_on_close, cons
 /// A file handle that owns the descriptor; null, with the descriptor closed, when it cannot be
 /// made.
 HANDLE MakeFileHandle(zebcomn::UniqueFd descriptor, bool delete_on_close, const char* path) {
-  std::unique_ptr<_tivHandleObject_t, FreeMemory> record(zebcomn::AllocateRecord());
+  zebcomn::UniqueMemory<_tivHandleObject_t> record(zebcomn::AllocateRecord());
   if (record == nullptr) return nullptr;
-  std::unique_ptr<FileRecord, FreeMemory> file(
-      static_cast<FileRecord*>(std::malloc(sizeof(FileRecord))));
+  zebcomn::UniqueMemory<FileRecord> file(static_cast<FileRecord*>(std::malloc(sizeof(FileRecord))));
   if (file == nullptr || !zebcomn::InitRecordLocks(record.get())) return nullptr;
   FillFileRecord(*file, descriptor.Release(), delete_on_close, path);
   record->pObject = file.release();
@@ -130,6 +126,7 @@ BOOL tivReadFile(HANDLE hFile, void* lpBuffer, DWORD nNumberOfBytesToRead,
   if (file == nullptr) return FALSE;
   const ssize_t transferred = read(file->descriptor, lpBuffer, nNumberOfBytesToRead);
   if (transferred == -1) return FALSE;
+  // Kept: the end of the file is a success with 0 bytes; callers stop at the count.
   if (transferred == 0) zebcomn::StoreRelaxed(&file->end_of_file, 1);
   *lpNumberOfBytesRead = static_cast<DWORD>(transferred);
   return TRUE;

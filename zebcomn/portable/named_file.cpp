@@ -47,6 +47,7 @@ BOOL tivMoveFile(const char* lpExistingFileName, const char* lpNewFileName) {
 }
 
 BOOL tivSetFileAttributes(const char*, DWORD) {
+  // Kept: a success without any effect; callers set attributes on what they have written.
   return TRUE;
 }
 

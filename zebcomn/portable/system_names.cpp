@@ -43,5 +43,6 @@ BOOL tivTranslateMessage(const void*) {
 }
 
 DWORD tivGetModuleFileName(HANDLE, char*, DWORD) {
+  // Kept: no name is produced; callers then use a path of their own.
   return 0;
 }

@@ -24,6 +24,7 @@ int MakeEach(const Character* path) {
     if (path[i] == static_cast<Character>('/') && i > kLastIndexTakenToExist) {
       made = mkdir(narrow.data(), kDirectoryMode);
     }
+    // Kept: a wide character keeps its low eight bits; callers pass ASCII paths.
     narrow.at(i) = static_cast<char>(path[i] & 0xFF);
   }
   return made;

@@ -5,11 +5,11 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdlib>
-#include <memory>
 
 #include "zebcomn/portable/bounded_text_internal.h"
 #include "zebcomn/portable/file.h"
 #include "zebcomn/portable/handle.h"
+#include "zebcomn/portable/unique_memory_internal.h"
 
 namespace {
 
@@ -19,16 +19,9 @@ static_assert(offsetof(TiFileOps, close) == 0 && offsetof(TiFileOps, read) == si
                   offsetof(TiFile, ops) == 0 && offsetof(TiFile, handle) == sizeof(void*),
               "The fields stand in this order on every target.");
 
-struct FreeMemory {
-  void operator()(void* memory) const { std::free(memory); }
-};
-
 template <typename Record>
-using UniqueRecord = std::unique_ptr<Record, FreeMemory>;
-
-template <typename Record>
-UniqueRecord<Record> AllocateZeroed() {
-  return UniqueRecord<Record>(static_cast<Record*>(std::calloc(1, sizeof(Record))));
+zebcomn::UniqueMemory<Record> AllocateZeroed() {
+  return zebcomn::UniqueMemory<Record>(static_cast<Record*>(std::calloc(1, sizeof(Record))));
 }
 
 uint32_t StatusOf(bool success) {
@@ -38,9 +31,9 @@ uint32_t StatusOf(bool success) {
 /// A file object around a new file handle; null when anything fails.
 TiFile* MakeFileObject(const char* path, DWORD access, DWORD share, DWORD disposition,
                        DWORD flags) {
-  UniqueRecord<TiFile> file = AllocateZeroed<TiFile>();
+  zebcomn::UniqueMemory<TiFile> file = AllocateZeroed<TiFile>();
   if (file == nullptr) return nullptr;
-  UniqueRecord<TiFileOps> ops = AllocateZeroed<TiFileOps>();
+  zebcomn::UniqueMemory<TiFileOps> ops = AllocateZeroed<TiFileOps>();
   if (ops == nullptr) return nullptr;
   file->handle = tivCreateFileAW(path, access, share, nullptr, disposition, flags, nullptr);
   if (file->handle == nullptr) return nullptr;
