@@ -3,10 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdlib>
 #include <string>
 
 #include "tests/sysprops/made_up_host.h"
+#include "zebcomn/sysprops/sysprops_comn.h"
+#include "zebcomn/util/user_name.h"
 
 namespace {
 
@@ -70,6 +73,13 @@ TEST(FlatAccessors, MiscCallsGiveTheirProperties) {
   EXPECT_EQ(tivmcomn_get_user_name(), properties.GetOneSystemProperty(L"UserName"));
   EXPECT_EQ(tivmcomn_get_time_zone(), properties.GetOneSystemProperty(L"TimeZone"));
   EXPECT_EQ(tivmcomn_get_last_update_time().size(), 19u);
+}
+
+TEST(FlatAccessors, UserNameIsThatOfTheCallWithABuffer) {
+  std::array<char, 256> name{};
+  ASSERT_EQ(tivmcomn_get_user_name(name.data(), name.size()), 0u);
+  EXPECT_EQ(tivmcomn_get_user_name(),
+            quenty_com::pelu::sysprops::sysprops_ansi_to_wide(name.data()));
 }
 
 TEST(FlatAccessors, NumberOfFileSystemsIsAlwaysEmpty) {
