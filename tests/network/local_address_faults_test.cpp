@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "tests/network/resolver_fixture.h"
+#include "tests/support/failing_allocation.h"
 
 namespace {
 
@@ -143,20 +144,46 @@ TEST_F(LocalAddressTest, TheCallersFlagsAskForTheLocalText) {
   EXPECT_EQ(local_, "name.example:0:0:0:0:0:0:0");
 }
 
+/// Answers getsockname with fe80::7 on the interface with index 1.
+int NameLinkLocal(int, sockaddr* address, socklen_t* length) {
+  sockaddr_in6 local{};
+  local.sin6_family = AF_INET6;
+  local.sin6_addr.s6_addr[0] = 0xFE;
+  local.sin6_addr.s6_addr[1] = 0x80;
+  local.sin6_addr.s6_addr[15] = 7;
+  local.sin6_scope_id = 1;
+  std::memcpy(address, &local, sizeof local);
+  *length = sizeof local;
+  return 0;
+}
+
 TEST_F(LocalAddressTest, AnIpv6LocalAddressComesInCanonicalForm) {
-  Network().getsockname = [](int, sockaddr* address, socklen_t* length) {
-    sockaddr_in6 local{};
-    local.sin6_family = AF_INET6;
-    local.sin6_addr.s6_addr[0] = 0xFE;
-    local.sin6_addr.s6_addr[1] = 0x80;
-    local.sin6_addr.s6_addr[15] = 7;
-    local.sin6_scope_id = 1;
-    std::memcpy(address, &local, sizeof local);
-    *length = sizeof local;
-    return 0;
-  };
+  Network().getsockname = NameLinkLocal;
   EXPECT_EQ(Ask(), 0);
   EXPECT_EQ(local_, "fe80:0:0:0:0:0:0:7");
+}
+
+TEST_F(LocalAddressTest, AnIpv6LocalAddressThatCannotBeExpandedIsAFailure) {
+  Network().getsockname = NameLinkLocal;
+  // None of these allocates, so that only the library's own allocations fail.
+  Network().socket = [](int, int, int) { return zebcomn_test::RealSocket(AF_INET, SOCK_DGRAM, 0); };
+  Network().connect = [](int, const sockaddr*, socklen_t) { return 0; };
+  Network().getaddrinfo = [](const char*, const char*, const addrinfo*, addrinfo** list) {
+    *list = *Network().live_lists.begin();
+    return 0;
+  };
+  int failures = 0;
+  for (int nth = 1;; ++nth) {
+    Network().NewList(answer_, "80");
+    local_ = "untouched";
+    zebcomn_test::FailThrowingAllocation(nth);
+    const int result = Ask();
+    zebcomn_test::FailThrowingAllocation(0);
+    EXPECT_EQ(local_, result == 0 ? "fe80:0:0:0:0:0:0:7" : "untouched") << nth;
+    if (zebcomn_test::TakeFailedAllocations() == 0) break;
+    ++failures;
+  }
+  EXPECT_GT(failures, 0);
 }
 
 TEST_F(LocalAddressTest, ALinkLocalEntryGetsTheScopeOfAnInterface) {

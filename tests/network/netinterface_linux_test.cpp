@@ -221,6 +221,9 @@ TEST_F(EnumerationFailureTest, EveryAllocationMayFail) {
     ++failures;
     const Lines lines = Describe(list);
     EXPECT_EQ(result, lines.empty() ? 0 : 1) << nth;
+    for (const std::string& line : lines) {
+      EXPECT_TRUE(line == first_ || line == second_ || line == third_) << nth << ": " << line;
+    }
     EXPECT_EQ(OpenDescriptorCount(), descriptors_);
   }
   EXPECT_GT(failures, 3);

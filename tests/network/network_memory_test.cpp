@@ -1,6 +1,8 @@
 // Every call of the network subsystem with each of its allocations failing in turn: it returns its
 // failure or its right answer, throws nothing, and gives back what it took.
+#include <arpa/inet.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
 
 #include <functional>
 #include <string>
@@ -10,6 +12,8 @@
 #include "tests/support/descriptors.h"
 #include "tests/support/failing_allocation.h"
 #include "zebcomn/network/ipv6_text.h"
+#include "zebcomn/network/netinterface.h"
+#include "zebcomn/network/netinterface_linux.h"
 #include "zebcomn/network/network_util.h"
 
 namespace {
@@ -82,6 +86,75 @@ TEST_F(NetworkMemory, BracketsAndScopesGiveTheEmptyText) {
   FailEachAllocationOf([&] {
     const std::string result = util_.formatV6addrWithScope(std::move(copies.at(next++)), true);
     return result.empty() || result == expected;
+  });
+}
+
+TEST_F(NetworkMemory, TextWithoutBracketsToPutBackNeedsNoMemory) {
+  std::string copy = kLongAddress;
+  zebcomn_test::FailThrowingAllocation(1);
+  const std::string bare = util_.formatV6addr(std::move(copy), false);
+  zebcomn_test::FailThrowingAllocation(0);
+  EXPECT_EQ(zebcomn_test::TakeFailedAllocations(), 0);
+  EXPECT_EQ(bare, "2001:db8:1111:2222::8:800:200c:417a");
+}
+
+/// The address that text names, in both forms that a call may want.
+struct Ipv6Address {
+  explicit Ipv6Address(const char* text) {
+    value.sin6_family = AF_INET6;
+    inet_pton(AF_INET6, text, &value.sin6_addr);
+  }
+  sockaddr* generic() { return reinterpret_cast<sockaddr*>(&value); }
+  sockaddr_in6 value{};
+};
+
+TEST_F(NetworkMemory, AnAddressThatCannotBeWrittenLeavesTheTextUntouched) {
+  const std::string text = "2001:db8:1111:2222:3333:8:800:200c";
+  Ipv6Address address(text.c_str());
+  FailEachAllocationOf([&] {
+    std::string out = "untouched";
+    return getIPAddress(address.generic(), out) ? out == text : out == "untouched";
+  });
+  FailEachAllocationOf([&] {
+    std::string out = "untouched";
+    return getNetMask(AF_INET6, address.generic(), out) ? out == text : out == "untouched";
+  });
+}
+
+TEST_F(NetworkMemory, ALookupThatCannotBeMadeFindsNothing) {
+  const std::string name = "an-interface-with-a-long-name";
+  const std::string text = "fe80:0:0:0:1111:2222:3333:4444";
+  NetInterfaceList list(false);
+  NetInterface& held = list.getNetInterface(3);
+  held.setOption(NETINTERFACE_INDEXNAME, name);
+  held.setOption(NETINTERFACE_MACADDRESS, name);
+  IPAddress address;
+  address.setOption(IP_ADDRESS, text);
+  held.setOption(NETINTERFACE_IPADDRESS, address);
+  const auto whole = [&](int found, NetInterface& out) {
+    if (found == 0) return out.getIndexName().empty() && out.getIPAddress().empty();
+    return out.getIndexName() == name && out.getIPAddress().size() == 1;
+  };
+  // The records are looked at where no allocation can fail.
+  std::vector<NetInterface> outs(64);
+  std::vector<int> found;
+  found.reserve(outs.size());
+  FailEachAllocationOf([&] {
+    found.push_back(list.getNetInterface(3, outs.at(found.size())));
+    return true;
+  });
+  for (size_t i = 0; i < found.size(); ++i) EXPECT_TRUE(whole(found[i], outs[i])) << i;
+  outs.assign(64, NetInterface());
+  found.clear();
+  FailEachAllocationOf([&] {
+    found.push_back(getNetInterfaceFromIPAddress(outs.at(found.size()), text, list));
+    return true;
+  });
+  for (size_t i = 0; i < found.size(); ++i) EXPECT_TRUE(whole(found[i], outs[i])) << i;
+  FailEachAllocationOf([&] {
+    std::string mac;
+    const int result = getMACAddressFromIPAddress(mac, text, list);
+    return mac.compare(result == 1 ? name.c_str() : "") == 0;
   });
 }
 

@@ -25,10 +25,13 @@ enum class Entry { kReal, kNone, kFailure, kLong, kEndless };
 
 struct Faults {
   bool uname_fails = false;
+  const char* node_name = nullptr;  ///< What uname answers; null asks the real one.
   bool localtime_fails = false;
   bool interfaces_fail = false;
   std::time_t now = 0;  ///< 0 asks the real clock.
   Entry entry = Entry::kReal;
+  uid_t real_user = 0;       ///< What getuid answers; 0 asks the real one.
+  uid_t looked_up_user = 0;  ///< Whose password entry was asked for last.
   int hits = 0;
 };
 Faults g_faults;
@@ -52,6 +55,11 @@ int EntryOfMadeUpUser(passwd* entry, char* texts, size_t capacity, passwd** foun
 }  // namespace
 
 extern "C" int uname(utsname* names) noexcept {
+  if (g_faults.node_name != nullptr) {
+    ++g_faults.hits;
+    std::strcpy(names->nodename, g_faults.node_name);
+    return 0;
+  }
   if (!g_faults.uname_fails) return Real<int(utsname*)>("uname")(names);
   ++g_faults.hits;
   errno = EFAULT;
@@ -82,7 +90,14 @@ extern "C" int getifaddrs(ifaddrs** list) noexcept {
   return -1;
 }
 
+extern "C" uid_t getuid() noexcept {
+  if (g_faults.real_user == 0) return Real<uid_t()>("getuid")();
+  ++g_faults.hits;
+  return g_faults.real_user;
+}
+
 extern "C" int getpwuid_r(uid_t user, passwd* entry, char* texts, size_t capacity, passwd** found) {
+  g_faults.looked_up_user = user;
   if (g_faults.entry == Entry::kReal) {
     return Real<int(uid_t, passwd*, char*, size_t, passwd**)>("getpwuid_r")(user, entry, texts,
                                                                             capacity, found);
@@ -119,6 +134,20 @@ TEST_F(SyspropsFaults, ComputerNameIsLeftAloneWithoutNodeNames) {
   EXPECT_EQ(sysprops::getComputerName(name), 0);
   EXPECT_EQ(name, "old");
   EXPECT_EQ(g_faults.hits, 1);
+}
+
+TEST_F(SyspropsFaults, ComputerNameIsLeftAloneWithoutMemory) {
+  const std::string node_name(40, 'n');
+  g_faults.node_name = node_name.c_str();
+  std::string name = "old";
+  zebcomn_test::FailThrowingAllocation(1);
+  const int result = sysprops::getComputerName(name);
+  zebcomn_test::FailThrowingAllocation(0);
+  EXPECT_EQ(zebcomn_test::TakeFailedAllocations(), 1);
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(name, "old");
+  EXPECT_EQ(sysprops::getComputerName(name), 1);
+  EXPECT_EQ(name, node_name);
 }
 
 TEST_F(SyspropsFaults, ComputerNamePropertyIsNotAvailableWithoutNodeNames) {
@@ -174,6 +203,14 @@ TEST_F(SyspropsFaults, UserNameIsThatOfTheRealUser) {
   const passwd* entry = getpwuid(getuid());
   const std::string expected = entry == nullptr ? "root" : entry->pw_name;
   EXPECT_EQ(Misc().m_wstrUserName, sysprops::sysprops_ansi_to_wide(expected));
+}
+
+TEST_F(SyspropsFaults, TheRealUserIsLookedUpWhateverTheEffectiveOne) {
+  g_faults.entry = Entry::kNone;
+  g_faults.real_user = 4711;
+  Misc();
+  EXPECT_EQ(g_faults.looked_up_user, 4711u);
+  EXPECT_GE(g_faults.hits, 2);
 }
 
 TEST_F(SyspropsFaults, LastUpdateIsTheLocalTimeOfTheCollection) {

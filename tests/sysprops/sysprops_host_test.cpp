@@ -233,4 +233,33 @@ TEST_F(SyspropsHost, WhatACollectionDoesNotWriteKeepsItsEarlierValue) {
                        {"IPAddress", "192.0.2.7"}});
 }
 
+/// What two lookups give when the release file and the mount table go between them: what the second
+/// still knows, the first has collected.
+std::string LookUpAroundALoss(std::wstring (ISysProps::*first)(const std::wstring&),
+                              const std::wstring& name) {
+  return RunInPrivateHost([&](PrivateHost& host) {
+    PutMadeUpFiles(host);
+    ISysProps properties;
+    const std::wstring value = (properties.*first)(name);
+    host.RemoveEtcFile("/etc/wrs-release");
+    host.RemoveEtcFile("/etc/fstab");
+    return sysprops_wide_to_ansi(value + L"|" + properties.GetOneOSProperty(L"OSVersion") + L"|" +
+                                 properties.GetOneDiskProperty(L"NumberOfFileSystems"));
+  });
+}
+
+TEST_F(SyspropsHost, GroupLookupCollectsItsGroupOnlyAndForAnUnknownNameToo) {
+  EXPECT_EQ(LookUpAroundALoss(&ISysProps::GetOneOSProperty, L"nonsense"), "N/A|4.3.0.0_cgl|N/A");
+  EXPECT_EQ(LookUpAroundALoss(&ISysProps::GetOneDiskProperty, L"nonsense"), "N/A|N/A|2");
+  EXPECT_EQ(LookUpAroundALoss(&ISysProps::GetOneCPUProperty, L"NumOfCPU"), "2|N/A|N/A");
+}
+
+TEST_F(SyspropsHost, LookupOfANameOfNoGroupCollectsNothing) {
+  for (const wchar_t* name : {L"NumberOfFileSystems", L"SystemInfo", L"osversion"}) {
+    EXPECT_EQ(LookUpAroundALoss(&ISysProps::GetOneSystemProperty, name), "|N/A|N/A");
+  }
+  EXPECT_EQ(LookUpAroundALoss(&ISysProps::GetOneSystemProperty, L"OSType"),
+            "Linux|4.3.0.0_cgl|N/A");
+}
+
 }  // namespace

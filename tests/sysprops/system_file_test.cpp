@@ -1,9 +1,13 @@
 // Reading system files in blocks of whole lines, against a reader of single lines.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <random>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/support/descriptors.h"
@@ -73,6 +77,36 @@ TEST(SystemFile, BlocksGiveWhatSingleLinesGive) {
     for (auto lines = random() % 1500; lines > 0; --lines) text += RandomLine(random) + '\n';
     if (round % 2 == 0) text += RandomLine(random);
     EXPECT_EQ(Blockwise(dir.Write("file", text)), LineByLine(text)) << "round " << round;
+  }
+}
+
+/// Writes `text` to the pipe at `path` in pieces of random sizes.
+void WriteInPieces(const std::string& path, const std::string& text, std::mt19937& random) {
+  const int pipe = open(path.c_str(), O_WRONLY);
+  for (std::size_t at = 0; at < text.size();) {
+    const ssize_t put =
+        write(pipe, text.data() + at, std::min<std::size_t>(random() % 400 + 1, text.size() - at));
+    if (put <= 0) break;
+    at += static_cast<std::size_t>(put);
+  }
+  close(pipe);
+}
+
+TEST(SystemFile, ReadsThatEndWithinALineGiveTheSame) {
+  const ScratchDir dir;
+  const std::string path = dir / "pipe";
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  std::mt19937 random(20240306);
+  for (int round = 0; round < 20; ++round) {
+    std::string text;
+    for (auto lines = random() % 300; lines > 0; --lines) {
+      text += RandomLine(random).substr(0, 2047) + '\n';
+    }
+    if (round % 2 == 0) text += "key: last";
+    std::thread writer([&] { WriteInPieces(path, text, random); });
+    const Found found = Blockwise(path);
+    writer.join();
+    EXPECT_EQ(found, LineByLine(text)) << "round " << round;
   }
 }
 

@@ -7,6 +7,7 @@
 #include <limits>
 #include <new>
 #include <string_view>
+#include <utility>
 
 #include "zebcomn/network/ipv6_text_internal.h"
 
@@ -71,8 +72,10 @@ uint16_t noOfOccurences(const std::string& text, char c, int cap) {
   return count < kFirstCapped ? count : static_cast<uint16_t>(cap);
 }
 
-std::string expandIPV6Address(std::string address) try {
-  zebcomn::RemoveScope(address);
+namespace zebcomn {
+
+std::string ExpandAddress(std::string address) {
+  RemoveScope(address);
   const size_t gap = address.find("::");
   if (gap == std::string::npos) return address;
   const std::string left = address.substr(0, gap);
@@ -84,11 +87,9 @@ std::string expandIPV6Address(std::string address) try {
   expanded += right;
   if (expanded.back() == ':') expanded += '0';
   return expanded;
-} catch (const std::bad_alloc&) {
-  return {};
 }
 
-std::string calculateSubNetAddrForV6(const std::string& address, const std::string& mask) try {
+std::string SubnetAddress(const std::string& address, const std::string& mask) {
   std::string_view address_rest = address;
   std::string_view mask_rest = mask;
   if (address_rest.empty() || mask_rest.empty()) return {};
@@ -101,6 +102,18 @@ std::string calculateSubNetAddrForV6(const std::string& address, const std::stri
   }
   subnet.pop_back();
   return subnet;
+}
+
+}  // namespace zebcomn
+
+std::string expandIPV6Address(std::string address) try {
+  return zebcomn::ExpandAddress(std::move(address));
+} catch (const std::bad_alloc&) {
+  return {};
+}
+
+std::string calculateSubNetAddrForV6(const std::string& address, const std::string& mask) try {
+  return zebcomn::SubnetAddress(address, mask);
 } catch (const std::bad_alloc&) {
   return {};
 }

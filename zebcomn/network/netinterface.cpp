@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <new>
 #include <utility>
 
 // A map makes its owner no standard-layout type; both compilers place its members all the same.
@@ -98,11 +99,14 @@ NetInterface& NetInterfaceList::getNetInterface(const unsigned int& index) {
   return interfaces_[index];
 }
 
-int NetInterfaceList::getNetInterface(unsigned int index, NetInterface& out) {
+int NetInterfaceList::getNetInterface(unsigned int index, NetInterface& out) try {
   const auto found = interfaces_.find(index);
   if (found == interfaces_.end()) return 0;
-  out = found->second;
+  NetInterface copy = found->second;
+  out = std::move(copy);
   return 1;
+} catch (const std::bad_alloc&) {
+  return 0;
 }
 
 std::vector<unsigned int> NetInterfaceList::getIndexes() {
@@ -117,7 +121,7 @@ bool getNetInterfacesList(NetInterfaceList& list) {
 }
 
 int getNetInterfaceFromIPAddress(NetInterface& out, const std::string& address,
-                                 NetInterfaceList& list) {
+                                 NetInterfaceList& list) try {
   for (const unsigned int index : list.getIndexes()) {
     NetInterface candidate;
     if (list.getNetInterface(index, candidate) == 0) continue;
@@ -130,12 +134,16 @@ int getNetInterfaceFromIPAddress(NetInterface& out, const std::string& address,
     }
   }
   return 0;
+} catch (const std::bad_alloc&) {
+  return 0;
 }
 
 int getMACAddressFromIPAddress(std::string& mac, const std::string& address,
-                               NetInterfaceList& list) {
+                               NetInterfaceList& list) try {
   NetInterface holder;
   if (getNetInterfaceFromIPAddress(holder, address, list) == 0) return 0;
   mac = holder.getMACAddress();
   return 1;
+} catch (const std::bad_alloc&) {
+  return 0;
 }

@@ -8,9 +8,9 @@
 /// All three are plain values: copying copies every field, every getter returns a copy, and nothing
 /// refers to anything outside the object. Nothing is locked; an object belongs to one thread at a
 /// time. No call here logs or touches `nErrno`. Member functions are not const because callers'
-/// object files hold the names of the non-const ones. Filling a list reports a lack of memory as
-/// its failure result; the records' own copying throws std::bad_alloc as the standard containers
-/// do.
+/// object files hold the names of the non-const ones. Filling a list and looking up in it report a
+/// lack of memory as their failure result; a getter or `setOption` throws std::bad_alloc, as the
+/// standard containers do.
 
 #include <map>
 #include <string>

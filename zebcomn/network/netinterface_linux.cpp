@@ -8,9 +8,10 @@
 #include <array>
 #include <cstring>
 #include <new>
+#include <string_view>
 
 #include "zebcomn/network/address_lists_internal.h"
-#include "zebcomn/network/ipv6_text.h"
+#include "zebcomn/network/ipv6_text_internal.h"
 #include "zebcomn/network/name_text_internal.h"
 #include "zebcomn/network/netinterface.h"
 #include "zebcomn/portable/unique_fd_internal.h"
@@ -46,9 +47,9 @@ bool ReadTexts(const ifaddrs& entry, unsigned int family, EntryTexts& texts) {
   if (!getNetMask(family, entry.ifa_netmask, texts.mask)) return false;
   if (!getNetAddr(family, entry.ifa_addr, entry.ifa_netmask, texts.subnet)) return false;
   if (family == AF_INET6) {
-    texts.address = expandIPV6Address(texts.address);
-    texts.mask = expandIPV6Address(texts.mask);
-    texts.subnet = calculateSubNetAddrForV6(texts.address, texts.mask);
+    texts.address = zebcomn::ExpandAddress(texts.address);
+    texts.mask = zebcomn::ExpandAddress(texts.mask);
+    texts.subnet = zebcomn::SubnetAddress(texts.address, texts.mask);
   }
   return true;
 }
@@ -91,9 +92,11 @@ int NetInterfaceList::initialize() {
   return recorded;
 }
 
-bool getIPAddress(sockaddr* address, std::string& out) {
+bool getIPAddress(sockaddr* address, std::string& out) try {
   return address != nullptr &&
          zebcomn::HostText(address, zebcomn::kLargestSocketAddress, NI_NUMERICHOST, out);
+} catch (const std::bad_alloc&) {
+  return false;
 }
 
 bool getMacAddress(const unsigned int& family, const std::string& name, std::string& out) {
@@ -108,10 +111,12 @@ bool getMacAddress(const unsigned int& family, const std::string& name, std::str
   return true;
 }
 
-bool getNetMask(const unsigned int& family, sockaddr* mask, std::string& out) {
+bool getNetMask(const unsigned int& family, sockaddr* mask, std::string& out) try {
   if (mask == nullptr) return false;
   const socklen_t length = family == AF_INET ? sizeof(sockaddr_in) : sizeof(sockaddr_in6);
   return zebcomn::HostText(mask, length, NI_NUMERICHOST, out);
+} catch (const std::bad_alloc&) {
+  return false;
 }
 
 bool getNetAddr(const unsigned int& family, sockaddr* address, sockaddr* mask, std::string& out) {
@@ -129,6 +134,7 @@ bool getNetAddr(const unsigned int& family, sockaddr* address, sockaddr* mask, s
 }
 
 std::string formatMACAddress(unsigned char* bytes) {
+  // Kept: lower case and no separators; callers compare the texts as they come.
   constexpr std::string_view kDigits = "0123456789abcdef";
   if (bytes == nullptr) return {};
   std::string text;

@@ -4,9 +4,9 @@
 /// \file
 /// The texts that the interface records hold, read from socket addresses and interface names.
 ///
-/// Every call returns false and leaves `out` untouched when it fails; nothing is logged and
-/// `nErrno` is not touched. Families are Linux's AF_INET (2) and AF_INET6 (10). Any thread may
-/// call.
+/// Every call returns false and leaves `out` untouched when it fails, for a lack of memory too;
+/// nothing is logged and `nErrno` is not touched. Families are Linux's AF_INET (2) and AF_INET6
+/// (10). Any thread may call.
 
 #include <sys/socket.h>
 
@@ -30,6 +30,7 @@ ZEBCOMN_EXPORT bool getNetMask(const unsigned int& family, sockaddr* mask, std::
 
 /// The network part of an IPv4 address. For any other family the text is "N/A" and the address is
 /// not looked at: use `calculateSubNetAddrForV6` on the texts.
+/// \param address may be null, which fails for IPv4.
 /// \param mask may be null, which fails.
 ZEBCOMN_EXPORT bool getNetAddr(const unsigned int& family, sockaddr* address, sockaddr* mask,
                                std::string& out);

@@ -27,7 +27,8 @@ ANetworkUtil::~ANetworkUtil() = default;
 std::string ANetworkUtil::formatV6addr(std::string address, bool keepBrackets) try {
   const bool bracketed = zebcomn::TakeBracketsOff(address);
   zebcomn::RemoveScope(address);
-  return keepBrackets && bracketed ? "[" + address + "]" : address;
+  if (keepBrackets && bracketed) return "[" + address + "]";
+  return address;
 } catch (const std::bad_alloc&) {
   return {};
 }
@@ -37,7 +38,8 @@ std::string ANetworkUtil::formatV6addrWithScope(std::string address, bool keepBr
   zebcomn::RemoveScope(address);
   unsigned int scope = 0;
   if (zebGetScopeId(address, scope) != 0) address += "%" + std::to_string(scope);
-  return keepBrackets && bracketed ? "[" + address + "]" : address;
+  if (keepBrackets && bracketed) return "[" + address + "]";
+  return address;
 } catch (const std::bad_alloc&) {
   return {};
 }

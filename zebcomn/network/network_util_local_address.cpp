@@ -5,9 +5,10 @@
 #include <cstddef>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "zebcomn/network/address_lists_internal.h"
-#include "zebcomn/network/ipv6_text.h"
+#include "zebcomn/network/ipv6_text_internal.h"
 #include "zebcomn/network/name_text_internal.h"
 #include "zebcomn/network/network_util.h"
 #include "zebcomn/portable/unique_fd_internal.h"
@@ -60,7 +61,7 @@ int ANetworkUtil::zebGetLocalIPAddress(const std::string& peer, std::string port
     SetScope(*this, *entry);
     std::string text;
     if (!LocalTextTowards(*entry, niFlags, text)) continue;
-    localAddress = expandIPV6Address(text);
+    localAddress = zebcomn::ExpandAddress(std::move(text));
     return 0;
   }
   return -1;

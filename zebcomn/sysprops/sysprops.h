@@ -82,14 +82,18 @@ class ISysProps {
   /// \return 1.
   ZEBCOMN_EXPORT int GetMemoryInformation(MemoryInformation& info);
 
-  /// Measures every local entry of "/etc/fstab" at its mount point, mounted or not. An entry that
+  /// Measures every local entry of "/etc/fstab" at its mount point, mounted or not. An entry is
+  /// remote when its name contains ":" or begins with "//", or its type is "smbfs". An entry that
   /// cannot be measured, or that has no blocks, is left out. The file systems are added to what the
   /// record's map holds; an entry that is there already stays.
   /// \return 1, or 0 when "/etc/fstab" cannot be opened; `info` is untouched then.
   ZEBCOMN_EXPORT int GetDiskInformation(DiskInformation& info);
 
-  /// User, time-zone name, language (from the environment variable "LANG") and time of collection.
-  /// The time zone is the one that the process last set up; no `tzset` is called for it.
+  /// Login name of the real user ("root" when it has no password entry), time-zone name, language
+  /// and local time of the collection; the time stays as it was where it has no local form.
+  /// The time zone is the one that the process last set up ("Unknown" when there is none); no
+  /// `tzset` is called for it. The language is "0809" where the environment variable "LANG" holds
+  /// "en_UK", else "0411" where it holds "ja_JP", else "0409".
   /// \return 1.
   ZEBCOMN_EXPORT int GetMiscInformation(MiscInformation& info);
 

@@ -3,6 +3,8 @@
 #include <sys/socket.h>
 #include <sys/utsname.h>
 
+#include <new>
+
 #include "zebcomn/network/host_names.h"
 #include "zebcomn/sysprops/sysprops.h"
 #include "zebcomn/sysprops/sysprops_comn_internal.h"
@@ -21,13 +23,15 @@ std::string sysprops_wide_to_ansi(std::wstring text) {
   return tivmcomn_wide_to_ansi(text);
 }
 
-int getComputerName(std::string& name) {
+int getComputerName(std::string& name) try {
   utsname names{};
   if (uname(&names) != 0) return 0;
   name = names.nodename;
   const size_t dot = name.find('.');
   if (dot != std::string::npos) name.erase(dot);
   return 1;
+} catch (const std::bad_alloc&) {
+  return 0;
 }
 
 int ISysProps::GetNetworkInformation(NetworkInformation& info) {

@@ -22,7 +22,8 @@ ZEBCOMN_EXPORT std::string sysprops_wide_to_ansi(std::wstring text);
 
 /// The short host name: the node name up to its first ".".
 /// \param[out] name Set on success, left alone on failure.
-/// \return 1 on success, 0 when the system does not tell its node name.
+/// \return 1 on success, 0 when the system does not tell its node name or there is no memory for
+/// it.
 ZEBCOMN_EXPORT int getComputerName(std::string& name);
 
 }  // namespace quenty_com::pelu::sysprops
