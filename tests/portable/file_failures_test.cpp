@@ -222,6 +222,20 @@ TEST_F(FileFailuresTest, NoMemoryForASearchClosesTheDirectoryWith11) {
   EXPECT_TRUE(record_failed);
 }
 
+TEST_F(FileFailuresTest, PathThatCannotBeRemovedAtTheCloseIsReported) {
+  const HANDLE file = tivCreateFileAW(path_.c_str(), TIV_ACCESS_READ, 0, nullptr, TIV_OPEN_EXISTING,
+                                      TIV_FLAG_DELETE_ON_CLOSE, nullptr);
+  auto* record = static_cast<_tivHandleObject_t*>(file);
+  {
+    const FailingCall failing("remove", 1, EBUSY);
+    EXPECT_EQ(tivCloseHandle(file), FALSE);
+    EXPECT_TRUE(failing.Happened());
+  }
+  EXPECT_EQ(ReadFile(path_), "content");
+  free(record->pObject);
+  free(record);
+}
+
 TEST_F(FileFailuresTest, SearchWhoseFirstReadFailsIsClosed) {
   TivFindData data = {};
   const FailingCall failing("readdir");
