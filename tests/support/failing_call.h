@@ -2,6 +2,7 @@
 #define ZEBCOMN_TESTS_SUPPORT_FAILING_CALL_H_
 
 #include <cerrno>
+#include <functional>
 
 namespace zebcomn_test {
 
@@ -14,11 +15,16 @@ class FailingCall {
   /// The `nth` call of `function` from here on fails with `error` in `errno`.
   explicit FailingCall(const char* function, int nth = 1, int error = EIO);
   ~FailingCall();
+  /// The `nth` call does not fail; `action` runs right before it.
+  FailingCall(const char* function, int nth, std::function<void()> action);
   FailingCall(const FailingCall&) = delete;
   FailingCall& operator=(const FailingCall&) = delete;
 
-  /// Whether the call has failed.
+  /// Whether the call has come.
   bool Happened() const;
+
+ private:
+  std::function<void()> action_;
 };
 
 /// Marks what runs in a process before its sanitizer is ready, as an interposer of malloc does.

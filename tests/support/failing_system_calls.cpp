@@ -100,14 +100,15 @@ int remove(const char* path) noexcept {
   return IsToFail("remove") ? -1 : next(path);
 }
 
-int unlink(const char* path) noexcept {
-  static auto* const next = NextFunction<int(const char*)>("unlink");
-  return IsToFail("unlink") ? -1 : next(path);
+int fstatat(int directory, const char* path, struct stat* status, int flags) noexcept {
+  static auto* const next =
+      NextFunction<int(int, const char*, struct stat*, int)>(ZEBCOMN_LARGE_FILE_SYMBOL(fstatat));
+  return IsToFail("fstatat") ? -1 : next(directory, path, status, flags);
 }
 
-int rmdir(const char* path) noexcept {
-  static auto* const next = NextFunction<int(const char*)>("rmdir");
-  return IsToFail("rmdir") ? -1 : next(path);
+int unlinkat(int directory, const char* path, int flags) noexcept {
+  static auto* const next = NextFunction<int(int, const char*, int)>("unlinkat");
+  return IsToFail("unlinkat") ? -1 : next(directory, path, flags);
 }
 
 FILE* fopen(const char* path, const char* mode) {

@@ -30,7 +30,7 @@ TEST_F(DeleteTreeFailuresTest, FileThatIsNotRemovedIsSkipped) {
   const std::string left = OnStage([] {
     Write("/tree/one");
     Write("/tree/two");
-    return LeftWhenFailing("unlink", 1, EBUSY);
+    return LeftWhenFailing("unlinkat", 1, EBUSY);
   });
   EXPECT_TRUE(left == "/tree /tree/one " || left == "/tree /tree/two ") << left;
 }
@@ -38,7 +38,8 @@ TEST_F(DeleteTreeFailuresTest, FileThatIsNotRemovedIsSkipped) {
 TEST_F(DeleteTreeFailuresTest, DirectoryThatIsNotRemovedIsLeftEmpty) {
   EXPECT_EQ(OnStage([] {
               Write("/tree/sub/file");
-              return LeftWhenFailing("rmdir", 1, EBUSY);
+              // The file goes first, then its directory.
+              return LeftWhenFailing("unlinkat", 2, EBUSY);
             }),
             "/tree /tree/sub ");
 }
@@ -50,11 +51,62 @@ TEST_F(DeleteTreeFailuresTest, WhatCannotBeLookedAtIsNotWalkedInto) {
                 Write("/outside/kept");
                 Write("/tree/file");
                 std::filesystem::create_symlink("/outside", "/tree/link");
-                return LeftWhenFailing("lstat", nth);
+                return LeftWhenFailing("fstatat", nth);
               }),
               nth == 1 ? "/outside /outside/kept /tree /tree/file /tree/link "
                        : "/outside /outside/kept /tree /tree/link ");
   }
+}
+
+TEST_F(DeleteTreeFailuresTest, SubtreeThatCannotBeLookedAtIsLeft) {
+  EXPECT_EQ(OnStage([] {
+              Write("/tree/file");
+              const FailingCall failing("lstat");
+              DeleteSubtree("/tree");
+              return failing.Happened() ? Listing("/") : "no call failed";
+            }),
+            "/tree /tree/file ");
+}
+
+TEST_F(DeleteTreeFailuresTest, DirectoryThatCannotBeComparedAfterItsOpeningIsLeft) {
+  EXPECT_EQ(OnStage([] {
+              Write("/tree/file");
+              return LeftWhenFailing("fstat", 1);
+            }),
+            "/tree /tree/file ");
+}
+
+/// Puts a link to "/outside" in the place of "/tree/sub".
+void SwapForALink() {
+  std::filesystem::rename("/tree/sub", "/moved");
+  std::filesystem::create_symlink("/outside", "/tree/sub");
+}
+
+TEST_F(DeleteTreeFailuresTest, LinkPutInTheWayBeforeADirectoryIsOpenedIsNotFollowed) {
+  EXPECT_EQ(OnStage([] {
+              Write("/outside/kept");
+              Write("/tree/sub/file");
+              const FailingCall swapping("opendir", 2, SwapForALink);
+              DeleteTree("/tree");
+              return swapping.Happened() ? Listing("/") : "nothing was swapped";
+            }),
+            "/moved /moved/file /outside /outside/kept /tree /tree/sub ");
+}
+
+TEST_F(DeleteTreeFailuresTest, LinkPutInTheWayWhileADirectoryIsWalkedDoesNotLeadAstray) {
+  EXPECT_EQ(OnStage([] {
+              Write("/outside/file");
+              Write("/outside/deep/file");
+              Write("/tree/sub/file");
+              Write("/tree/sub/deep/file");
+              // The first removal is made in "/tree/sub" or below it.
+              const FailingCall swapping("unlinkat", 1, SwapForALink);
+              DeleteTree("/tree");
+              return swapping.Happened() && Exists("/outside/file") && Exists("/outside/deep/file")
+                         ? "nothing outside is touched"
+                         : Listing("/");
+            }),
+            "nothing outside is touched");
 }
 
 TEST_F(DeleteTreeFailuresTest, DirectoryThatCannotBeSearchedIsLeft) {

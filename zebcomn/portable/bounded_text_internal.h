@@ -39,7 +39,6 @@ class PathBuffer {
 
   size_t length() const { return length_; }
   const char* c_str() const { return buffer_.data(); }
-  char* data() { return buffer_.data(); }
 
  private:
   std::array<char, ZEBCOMN_PATH_CAPACITY> buffer_{};

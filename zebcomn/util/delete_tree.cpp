@@ -1,11 +1,14 @@
 #include "zebcomn/util/delete_tree.h"
 
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <string_view>
 
 #include "zebcomn/portable/bounded_text_internal.h"
+#include "zebcomn/portable/directory_search.h"
 #include "zebcomn/util/find_files.h"
 
 namespace {
@@ -24,6 +27,8 @@ class Search {
 
   bool IsOpen() const { return id_ != 0; }
   bool Next(TivFindData* data) { return tivmcomn_findnextA(id_, data) == TRUE; }
+  /// The descriptor of the directory that is searched, whatever its path names by now.
+  int Directory() const { return dirfd(pDirEntTable[id_ - 1]->stream); }
 
  private:
   int32_t id_;
@@ -35,40 +40,49 @@ std::string_view WithoutLastSlashes(std::string_view path) {
   return path;
 }
 
-enum class Kind { kLeft, kLink, kOther };
-
-/// What is at a path, seen without the "/" at its end, and the path in that form. What is too long
-/// or cannot be looked at is left.
-Kind KindOf(std::string_view dir, PathBuffer& bare) {
-  if (!bare.Append(dir)) return Kind::kLeft;
-  bare.Truncate(WithoutLastSlashes(dir).size());
-  struct stat status = {};
-  if (lstat(bare.c_str(), &status) != 0) return Kind::kLeft;
-  return S_ISLNK(status.st_mode) ? Kind::kLink : Kind::kOther;
+bool IsStill(int fd, const struct stat& directory) {
+  struct stat now = {};
+  return fstat(fd, &now) == 0 && now.st_dev == directory.st_dev && now.st_ino == directory.st_ino;
 }
 
-/// Deletes one entry, whose path is in `path`.
-void DeleteEntry(PathBuffer& path, const TivFindData& entry) {
+void DeleteDirectory(int parent, const char* name, std::string_view path);
+
+/// Deletes one entry of the directory `parent`; `path` is the entry's.
+void DeleteEntry(int parent, const TivFindData& entry, const PathBuffer& path) {
   if ((entry.attributes & TIV_ATTRIBUTE_DIRECTORY) == 0) {
-    unlink(path.c_str());
+    unlinkat(parent, entry.name, 0);
     return;
   }
   const std::string_view name(entry.name);
-  if (name != "." && name != "..") tivmcomn_deltree(path.data());
+  if (name != "." && name != "..") DeleteDirectory(parent, entry.name, path.c_str());
 }
 
-/// Deletes what is in a directory.
-void DeleteContent(std::string_view dir) {
+/// Deletes what is in the directory at `dir`, provided that it is the one that has been looked at.
+/// What is in it is then removed through its descriptor: a link that somebody puts in the way
+/// meanwhile leads nowhere.
+void DeleteContent(std::string_view dir, const struct stat& directory) {
   PathBuffer path;
   if (!path.Append(dir) || !path.Append("/")) return;
   const size_t name_start = path.length();
   if (!path.Append("*")) return;
   TivFindData entry = {};
   Search search(path.c_str(), &entry);
-  for (bool found = search.IsOpen(); found; found = search.Next(&entry)) {
+  if (!search.IsOpen() || !IsStill(search.Directory(), directory)) return;
+  do {
     path.Truncate(name_start);
-    if (path.Append(entry.name)) DeleteEntry(path, entry);
-  }
+    if (path.Append(entry.name)) DeleteEntry(search.Directory(), entry, path);
+  } while (search.Next(&entry));
+}
+
+/// Deletes the directory `name` of the directory `parent` with all its content, or the symbolic
+/// link of that name; `path` is where it is searched. Anything else is left.
+void DeleteDirectory(int parent, const char* name, std::string_view path) {
+  struct stat status = {};
+  if (fstatat(parent, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return;
+  if (S_ISLNK(status.st_mode)) unlinkat(parent, name, 0);
+  if (!S_ISDIR(status.st_mode)) return;
+  DeleteContent(path, status);
+  unlinkat(parent, name, AT_REMOVEDIR);
 }
 
 }  // namespace
@@ -76,21 +90,16 @@ void DeleteContent(std::string_view dir) {
 void tivmcomn_deltree(char* dir) {
   if (dir == nullptr || *dir == '\0') return;
   PathBuffer bare;
-  switch (KindOf(dir, bare)) {
-    case Kind::kLeft:
-      return;
-    case Kind::kLink:
-      unlink(bare.c_str());
-      return;
-    case Kind::kOther:
-      DeleteContent(dir);
-      rmdir(dir);
-      return;
-  }
+  if (!bare.Append(dir)) return;
+  bare.Truncate(WithoutLastSlashes(dir).size());
+  DeleteDirectory(AT_FDCWD, bare.c_str(), dir);
 }
 
 void tivmcomn_delsubtree(char* dir) {
   if (dir == nullptr || *dir == '\0') return;
   PathBuffer bare;
-  if (KindOf(dir, bare) == Kind::kOther) DeleteContent(dir);
+  if (!bare.Append(dir)) return;
+  bare.Truncate(WithoutLastSlashes(dir).size());
+  struct stat status = {};
+  if (lstat(bare.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) DeleteContent(dir, status);
 }
