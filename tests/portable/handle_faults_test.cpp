@@ -145,6 +145,21 @@ TEST(CreationFaults, ThreadFailureIsNullInTheOtherForm) {
   ExpectFaults(kThreadFaults, nullptr, [] { return NewThread(DoNothing, nullptr); });
 }
 
+TEST(CreationFaults, ThreadLocksAreDestroyed) {
+  struct Row {
+    Call call;
+    int conditions;
+    int mutexes;
+  };
+  for (const Row& row : {Row{Call::kCondInit, 0, 0}, Row{Call::kMutexInit, 1, 0},
+                         Row{Call::kAttrInit, 1, 1}, Row{Call::kThreadCreate, 1, 1}}) {
+    const CallWatch watch(row.call, 1, EAGAIN);
+    EXPECT_EQ(NewThread(DoNothing, nullptr), nullptr);
+    EXPECT_EQ(watch.Count(Call::kCondDestroy), row.conditions);
+    EXPECT_EQ(watch.Count(Call::kMutexDestroy), row.mutexes);
+  }
+}
+
 TEST(CreationFaults, ThreadAttributesAreDestroyed) {
   for (const auto& [call, destroyed] :
        {std::pair{Call::kAttrInit, 0}, {Call::kAttrSetdetachstate, 1}, {Call::kThreadCreate, 1}}) {
@@ -320,6 +335,22 @@ TEST(CloseFaults, File) {
   EXPECT_EQ(fcntl(descriptor, F_GETFD), -1);
   std::free(zebcomn_test::RecordOf(file)->pObject);
   std::free(file);
+}
+
+TEST(CloseFaults, OnlyAFilesLocksAreDestroyed) {
+  const zebcomn_test::ScratchDir dir;
+  HANDLE file = FileHandle(dir / "file");
+  HANDLE thread = NewThread(DoNothing, nullptr);
+  WaitForEver(thread);
+  const CallWatch watch;
+  for (HANDLE handle : {NewEvent(1), tivCreateMutex(nullptr, 1, nullptr), thread}) {
+    EXPECT_EQ(tivCloseHandle(handle), TRUE);
+  }
+  EXPECT_EQ(watch.Count(Call::kCondDestroy), 0);
+  EXPECT_EQ(watch.Count(Call::kMutexDestroy), 0);
+  EXPECT_EQ(tivCloseHandle(file), TRUE);
+  EXPECT_EQ(watch.Count(Call::kCondDestroy), 1);
+  EXPECT_EQ(watch.Count(Call::kMutexDestroy), 1);
 }
 
 // What fails on the ending thread itself.

@@ -184,6 +184,11 @@ int pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attrib
   return Pass(Call::kMutexInit, mutex, &real, mutex, attributes);
 }
 
+int pthread_mutex_destroy(pthread_mutex_t* mutex) noexcept {
+  static Real real("pthread_mutex_destroy");
+  return Pass(Call::kMutexDestroy, mutex, &real, mutex);
+}
+
 int pthread_mutex_lock(pthread_mutex_t* mutex) noexcept {
   static Real real("pthread_mutex_lock");
   return Pass(Call::kMutexLock, mutex, &real, mutex);
@@ -197,6 +202,11 @@ int pthread_mutex_unlock(pthread_mutex_t* mutex) noexcept {
 int pthread_cond_init(pthread_cond_t* cond, const pthread_condattr_t* attributes) noexcept {
   static Real real("pthread_cond_init");
   return Pass(Call::kCondInit, cond, &real, cond, attributes);
+}
+
+int pthread_cond_destroy(pthread_cond_t* cond) noexcept {
+  static Real real("pthread_cond_destroy");
+  return Pass(Call::kCondDestroy, cond, &real, cond);
 }
 
 int pthread_cond_broadcast(pthread_cond_t* cond) noexcept {

@@ -13,9 +13,11 @@ namespace zebcomn_test {
 
 enum class Call {
   kMutexInit,
+  kMutexDestroy,
   kMutexLock,
   kMutexUnlock,
   kCondInit,
+  kCondDestroy,
   kCondBroadcast,
   kCondWait,
   kCondTimedwait,
@@ -65,9 +67,9 @@ class FixedClock {
   FixedClock& operator=(const FixedClock&) = delete;
 };
 
-/// Called before and after each interposed call, on every thread, with the object that the call works
-/// on (a mutex, a condition, a block; else null). malloc(), the thread attributes and the uses of a
-/// key have no step. Null for no hook.
+/// Called before and after each interposed call, on every thread, with the object that the call
+/// works on (a mutex, a condition, a block; else null). malloc(), the thread attributes and the
+/// uses of a key have no step. Null for no hook.
 using StepHook = void (*)(Call call, bool before, void* object);
 void SetStepHook(StepHook hook);
 
