@@ -13,6 +13,10 @@
 #include <vector>
 
 #include "tests/support/fresh_process.h"
+#include "zebcomn/portable/clock.h"
+#include "zebcomn/portable/error.h"
+#include "zebcomn/portable/guid.h"
+#include "zebcomn/portable/system_names.h"
 
 namespace {
 
@@ -249,6 +253,25 @@ TEST(Tstrtok, NullArgumentsGiveNull) {
   EXPECT_EQ(tivTstrtok_r(text, nullptr, &save), nullptr);
   EXPECT_EQ(tivTstrtok_r(text, " ", nullptr), nullptr);
   EXPECT_STREQ(text, "a");
+}
+
+TEST(NumberText, LeavesTheLastErrorAloneLikeItsNeighbours) {
+  nErrno = 99;
+  char text[4] = "a";
+  tivItoa(5, nullptr, 10);
+  tivItoa(5, text, 2);
+  tivAtoi64(nullptr);
+  tivStandardUtoA(L"\u0142", sizeof text, text);
+  tivTstrtok_r(nullptr, nullptr, nullptr);
+  tivGetTickCount();
+  tivGetSystemTime(nullptr);
+  tivCoCreateGuid(nullptr);
+  tivUuidToStringA(nullptr, nullptr);
+  tivGetWindowsDirectory(nullptr, 10);
+  tivGetComputerName(nullptr, nullptr);
+  tivGetModuleFileName(nullptr, nullptr, 0);
+  EXPECT_EQ(nErrno, 99);
+  nErrno = 0;
 }
 
 }  // namespace

@@ -9,7 +9,9 @@
 #include <thread>
 #include <vector>
 
+#include "zebcomn/portable/error.h"
 #include "zebcomn/util/byte_order.h"
+#include "zebcomn/util/string_helpers.h"
 
 namespace {
 
@@ -243,6 +245,18 @@ TEST(Utf8ToUnicode, AnInvalidSequenceIsNotReportedAndTheTextIsTerminated) {
                                      buffer, &size),
             kOk);
   EXPECT_EQ(std::wstring(buffer), L"ab");
+}
+
+TEST(TextConversion, LeavesTheLastErrorAlone) {
+  nErrno = 99;
+  tivmcomn_unicode_to_utf8(nullptr, nullptr, nullptr);
+  tivmcomn_utf8_to_unicode(nullptr, nullptr, nullptr);
+  tivmcomn_wide_to_ansi(Wide(0xD800));
+  tivmcomn_ansi_to_wide("\xFF");
+  tivmcomn_chop_semicolon(nullptr);
+  tivmcomn_append_backslash_check(nullptr);
+  EXPECT_EQ(nErrno, 99);
+  nErrno = 0;
 }
 
 TEST(TextConversion, ManyThreadsMayConvertAtOnce) {
