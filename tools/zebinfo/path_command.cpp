@@ -36,8 +36,7 @@ void ShowPath(const std::string& path, const std::optional<std::string>& base, F
   const std::string flat = Flatten(path, base);
   std::optional<std::string> file;
   std::string resolved;
-  // The empty flat path stands for the root; the resolver would take it for the working directory.
-  if (!flat.empty() && FileNameResolver(flat).GetAbsolutePath(resolved)) file = resolved;
+  if (FileNameResolver(flat).GetAbsolutePath(resolved)) file = resolved;
   if (format == Format::kJson) {
     PrintJson({{"path", path}, {"flat", flat}, {"file", file ? Json(*file) : Json()}});
   } else {
