@@ -41,10 +41,9 @@ enum {
 /// \param[in] dwShareMode            Ignored.
 /// \param[in] lpSecurityAttributes   Ignored.
 /// \param[in] dwCreationDisposition  One of TIV_CREATE_* and TIV_OPEN_*.
-/// \param[in] dwFlagsAndAttributes   0, TIV_FLAG_NORMAL, or TIV_FLAG_DELETE_ON_CLOSE:
-/// tivCloseHandle()
-///                                   removes the path. A path of more than 260 bytes is not
-///                                   remembered: that close then fails and the file stays.
+/// \param[in] dwFlagsAndAttributes   0, TIV_FLAG_NORMAL, or TIV_FLAG_DELETE_ON_CLOSE: the path is
+///                                   removed by tivCloseHandle(). A path of more than 260 bytes is
+///                                   not remembered: that close then fails and the file stays.
 /// \param[in] hTemplateFile          Ignored.
 /// \return The handle; null for an argument that is none of these or a null path (22 in `nErrno`),
 ///   and when the file cannot be opened or there is no memory (`nErrno` is left alone). With no

@@ -15,10 +15,10 @@ ZEBCOMN_BEGIN_C
 /// \param[in]  lpPathName      The directory, NUL-terminated.
 /// \param[in]  lpPrefixString  What the name begins with; may be null.
 /// \param[in]  uUnique         Only decides the result; it is no part of the name.
-/// \param[out] lpTempFileName  Receives the path: the directory, "/", the prefix and six
-/// characters.
-///                             The caller provides at least strlen(directory) + strlen(prefix) + 8
-///                             bytes; the copy is not limited. Untouched on failure.
+/// \param[out] lpTempFileName  Receives the path: the directory, "/", the prefix and six more
+///                             characters. The caller provides at least strlen(directory) +
+///                             strlen(prefix) + 8 bytes; the copy is not limited. Untouched on
+///                             failure.
 /// \return `uUnique`, or 1 when that is 0; 0 for failure: the directory or the buffer is null, the
 ///   file cannot be made, no memory.
 ZEBCOMN_EXPORT UINT tivGetTempFileName(const char* lpPathName, const char* lpPrefixString,

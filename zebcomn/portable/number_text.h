@@ -19,9 +19,8 @@
 ZEBCOMN_BEGIN_C
 
 /// Narrows a wide text by the locale's multibyte encoding (not UTF-8, unless the locale says so).
-/// \param count  Capacity of `destination` in bytes. The text is terminated only if it fits with
-/// its
-///               NUL.
+/// \param count  Capacity of `destination` in bytes. The text is terminated only if it fits
+///               together with its NUL.
 /// \return The bytes written, the NUL not counted; 0 for a character that the locale cannot express
 ///         and for a null argument.
 ZEBCOMN_EXPORT size_t tivStandardUtoA(const wchar_t* source, size_t count, char* destination);

@@ -13,9 +13,8 @@ ZEBCOMN_BEGIN_C
 /// The fixed directories "/opt" and "/usr".
 /// \param[out] buffer  Receives the text; the rest of the buffer is filled with NULs.
 /// \param[in]  length  Capacity of `buffer` in bytes, NUL included.
-/// \return The length of the text, without its NUL; the capacity that is needed when `length` is
-/// too
-///         small, and then nothing is written; 0 for a null buffer that would have been large
+/// \return The length of the text, without its NUL; when `length` is too small the capacity that
+///         is needed, and then nothing is written; 0 for a null buffer that would have been large
 ///         enough.
 ZEBCOMN_EXPORT UINT tivGetWindowsDirectory(char* buffer, UINT length);
 ZEBCOMN_EXPORT UINT tivGetSystemDirectory(char* buffer, UINT length);

@@ -7,9 +7,8 @@
 /// Rules of the calls here:
 ///  - What cannot be deleted is left, silently; a null or empty path does nothing.
 ///  - A symbolic link in the tree is removed itself. No link is ever walked through: not one that
-///  is
-///    named as the directory, with or without "/" after it, nor one that somebody puts in the place
-///    of a directory of the tree meanwhile.
+///    is named as the directory, with or without "/" after it, nor one that somebody puts in the
+///    place of a directory of the tree meanwhile.
 ///  - A path of more than 259 bytes is left, and a directory whose path leaves no room for the "/*"
 ///    of its search is not looked into. Each level takes one of the 50 directory searches of the
 ///    process (`pDirEntTable`): what lies below the level that gets none is left.

@@ -52,8 +52,8 @@ ZEBCOMN_EXPORT uint32_t tiReadFile(TiFile* file, void* buf, unsigned int count, 
 
 /// Writes once, up to `count` bytes.
 ///
-/// \param[out] done  Receives the number of bytes written, which can be fewer; untouched on
-/// failure.
+/// \param[out] done  Receives the number of bytes written, which can be fewer. Untouched when the
+///                   write fails.
 ZEBCOMN_EXPORT uint32_t tiWriteFile(TiFile* file, const void* buf, unsigned int count,
                                     unsigned int* done);
 
