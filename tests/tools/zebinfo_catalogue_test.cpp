@@ -323,6 +323,9 @@ TEST(ZebinfoNames, NamesThatAreNoPropertyAreRefused) {
 
 TEST(ZebinfoNames, AControlCharacterInAWrongNameIsNotPrinted) {
   EXPECT_THAT(Zebinfo({"a\x1B[2Jb\n"}).err, HasSubstr("\"a\\x1b[2Jb\\x0a\" is neither"));
+  // The one of two bytes that a terminal takes for "\x1B["; its neighbours are letters.
+  EXPECT_THAT(Zebinfo({"a\xC2\x9B\xC2\xA0\xC3\x9Bz"}).err,
+              HasSubstr("\"a\\xc2\\x9b\xC2\xA0\xC3\x9Bz\" is neither"));
 }
 
 }  // namespace

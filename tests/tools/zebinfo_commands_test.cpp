@@ -83,11 +83,14 @@ TEST(ZebinfoPluginVersion, ShowsBothStamps) {
 
 TEST(ZebinfoPluginVersion, TellsWhyThereIsNone) {
   const ScratchDir dir;
+  ASSERT_EQ(mkfifo((dir / "pipe").c_str(), 0600), 0);
   const struct {
     std::string file;
     const char* reason;
   } rows[] = {
       {dir / "missing.so", "No such file or directory\nGive the path of a plug-in module.\n"},
+      {dir.path(), "it is not a regular file\nGive the path of a plug-in module.\n"},
+      {dir / "pipe", "it is not a regular file\nGive the path of a plug-in module.\n"},
       {Module("version_no_entry_point"),
        "it exports no ZUPLUGIN_GetVersion\n"
        "It is a shared object, but no plug-in of the agent.\n"},
@@ -193,7 +196,7 @@ TEST(ZebinfoPath, APathToNoFileStillShowsItsFlatForm) {
       {dir.path(), dir.path(), "it is a directory"},
       {dir / "pipe", dir / "pipe", "it is not a regular file"},
       {dir / "loop", dir / "loop", "Too many levels of symbolic links"},
-      {"/etc/..", "", "it is a directory"},
+      {"/etc/..", "", "it stands for the root directory"},
   };
   for (const auto& row : rows) {
     const std::string complaint = "exit status 1\nzebinfo: \"" + row.flat +
@@ -225,6 +228,14 @@ TEST(ZebinfoPath, APathAboveTheRootDoesNotFlatten) {
       "Take a \"..\" out, or give another directory with --base.\n";
   EXPECT_EQ(Everything(Zebinfo({"path", "/../etc"})), complaint);
   EXPECT_EQ(Everything(Zebinfo({"path", "/../etc", "--json"})), complaint);
+}
+
+TEST(ZebinfoPath, ABaseAboveTheRootIsNamed) {
+  const std::string complaint =
+      "exit status 1\nzebinfo: \"/..\" does not flatten: it climbs above the root\n"
+      "Give another directory with --base.\n";
+  EXPECT_EQ(Everything(Zebinfo({"path", "etc", "--base", "/.."})), complaint);
+  EXPECT_EQ(Everything(Zebinfo({"path", "/etc", "--base", "/..", "--json"})), complaint);
 }
 
 TEST(ZebinfoPath, BytesThatAreNoUtf8AreReplacedInJsonAlone) {
@@ -275,6 +286,16 @@ TEST(ZebinfoKeys, TheTaskSchedulersNamesStandTogether) {
   const std::string text = Everything(Zebinfo({"keys", "Tasks"}));
   EXPECT_THAT(text, StartsWith("Tasks (tasks)\n  DisplayName"));
   EXPECT_THAT(text, HasSubstr("\n  Task Dependencies      DependenciesSection\n"));
+}
+
+TEST(ZebinfoKeys, ASectionOfTheTaskSchedulerLeadsToAllOfItsNames) {
+  for (const char* const name : {"Task", "Schedule", "Task Dependencies"}) {
+    EXPECT_EQ(Everything(Zebinfo({"keys", name})),
+              std::string("exit status 2\nzebinfo: \"") + name +
+                  "\" is a section of the task scheduler, whose keys are not told apart by "
+                  "section\n\"zebinfo keys Tasks\" shows them all.\n");
+  }
+  EXPECT_THAT(Zebinfo({"keys", "TaskName"}).err, HasSubstr("is no configuration section"));
 }
 
 TEST(ZebinfoKeys, AnUnknownSectionIsRefusedWithTheNearest) {

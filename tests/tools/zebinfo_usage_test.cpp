@@ -104,6 +104,19 @@ TEST(ZebinfoUsage, AWrongCommandLineIsRefused) {
   }
 }
 
+TEST(ZebinfoUsage, AControlCharacterInAWrongOptionIsNotPrinted) {
+  EXPECT_THAT(Zebinfo({"--a\x1B[2J"}).err, HasSubstr("--a\\x1b[2J\n"));
+}
+
+TEST(ZebinfoUsage, APortBeyondTheHighestIsRefused) {
+  for (const char* const port : {"65536", "99999", "0065536", "100000000000000000000"}) {
+    EXPECT_EQ(Everything(Zebinfo({"local-address", "127.0.0.1", port})),
+              std::string("exit status 2\nzebinfo: \"") + port +
+                  "\" is no port\nGive a number up to 65535, or the name of a service.\n");
+  }
+  EXPECT_EQ(Zebinfo({"local-address", "127.0.0.1", "0"}).exit_status, 1);
+}
+
 TEST(ZebinfoUsage, ACommandTakesNoPropertyNamesAndNoList) {
   const std::string refusal =
       "exit status 2\nzebinfo: a command takes no property names and no --list\n"

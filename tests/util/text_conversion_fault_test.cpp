@@ -5,9 +5,11 @@
 #include <iconv.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <string>
 
 #include "tests/support/failing_allocation.h"
+#include "zebcomn/util/byte_order.h"
 #include "zebcomn/util/text_conversion.h"
 
 namespace {
@@ -15,6 +17,8 @@ namespace {
 int opened = 0;
 int closed = 0;
 bool refuse_to_open = false;
+/// The target and the source of the converter that was opened last.
+char last_encodings[64];
 
 template <typename Function>
 Function* Next(const char* name) {
@@ -30,6 +34,7 @@ extern "C" __attribute__((visibility("default"))) iconv_t iconv_open(const char*
     return reinterpret_cast<iconv_t>(static_cast<intptr_t>(-1));
   }
   ++opened;
+  std::snprintf(last_encodings, sizeof last_encodings, "%s from %s", to, from);
   return Next<decltype(iconv_open)>("iconv_open")(to, from);
 }
 
@@ -72,6 +77,14 @@ TEST_F(TextConversionFault, EachCallOpensOneConverter) {
   EXPECT_EQ(opened, 1);
   EXPECT_EQ(tivmcomn_ansi_to_wide("ab\xFF"), L"ab");
   EXPECT_EQ(opened, 2);
+}
+
+TEST_F(TextConversionFault, EncodingsAreNamedByTheByteOrderInBothDirections) {
+  const std::string wide = quenty_com::pelu::isBigEndian() ? "UCS-4BE" : "UCS-4LE";
+  tivmcomn_wide_to_ansi(L"ab");
+  EXPECT_EQ(last_encodings, std::string("UTF8 from ") + wide);
+  tivmcomn_ansi_to_wide("ab");
+  EXPECT_EQ(last_encodings, wide + " from UTF8");
 }
 
 TEST_F(TextConversionFault, FlatConversionsFailWithoutMemoryAndLeaveTheBufferAlone) {

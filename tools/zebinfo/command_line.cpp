@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tools/zebinfo/commands.h"
+#include "tools/zebinfo/text.h"
 
 namespace zebinfo {
 
@@ -210,7 +211,7 @@ int RunCommandLine(int argc, char** argv) {
   } catch (const CLI::Success& success) {  // Help and version, which are printed here.
     return parser.app().exit(success);
   } catch (const CLI::ParseError& error) {
-    throw CommandError(kUsage, error.what(), "\"zebinfo --help\" shows how it is used.");
+    throw CommandError(kUsage, Printable(error.what()), "\"zebinfo --help\" shows how it is used.");
   }
   return parser.Act();
 }

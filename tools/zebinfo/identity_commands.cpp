@@ -19,6 +19,7 @@ constexpr unsigned kSoftwareIdCapacity = 32;
 constexpr unsigned kStampCapacity = 100;
 constexpr std::size_t kMessageCapacity = 512;
 constexpr const char* kVersionEntryPoint = "ZUPLUGIN_GetVersion";
+constexpr const char* kGiveAModule = "Give the path of a plug-in module.";
 
 // What tivmcomn_IsPlatformMatch answers for a platform whose version no range holds.
 constexpr uint32_t kVersionOutOfRange = 1;
@@ -65,8 +66,10 @@ class LoadedModule {
 void RequireFile(const std::string& file) {
   struct stat status;
   if (stat(file.c_str(), &status) != 0) {
-    NoStamp(file, std::strerror(errno), "Give the path of a plug-in module.");
+    NoStamp(file, std::strerror(errno), kGiveAModule);
   }
+  // The loader would wait for a writer of a pipe.
+  if (!S_ISREG(status.st_mode)) NoStamp(file, "it is not a regular file", kGiveAModule);
 }
 
 using StampCall = int (*)(char*, char*, unsigned);

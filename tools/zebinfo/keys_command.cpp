@@ -9,15 +9,37 @@
 namespace zebinfo {
 namespace {
 
+bool EndsWith(const std::string& text, const std::string& end) {
+  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+// Whether a store names a section by one of the keys that are shown under a title of our own.
+bool StandsAmongKeys(const std::string& name, const std::vector<Section>& sections) {
+  for (const Section& section : sections) {
+    for (const Key& key : section.keys) {
+      if (key.text == name && EndsWith(key.constant, "Section")) return true;
+    }
+  }
+  return false;
+}
+
 std::vector<Section> Selected(const std::optional<std::string>& name) {
   std::vector<Section> sections = ConfigurationSections();
   if (!name) return sections;
   std::vector<std::string> names;
   names.reserve(sections.size());
   for (const Section& section : sections) names.push_back(section.name.text);
+  const bool is_of_tasks = StandsAmongKeys(*name, sections);
   const auto is_other = [&name](const Section& section) { return section.name.text != *name; };
   sections.erase(std::remove_if(sections.begin(), sections.end(), is_other), sections.end());
   if (!sections.empty()) return sections;
+  if (is_of_tasks) {
+    throw CommandError(kUsage,
+                       Quoted(*name) +
+                           " is a section of the task scheduler, whose keys are not "
+                           "told apart by section",
+                       "\"zebinfo keys Tasks\" shows them all.");
+  }
   const std::string nearest = Nearest(*name, names);
   throw CommandError(kUsage, Quoted(*name) + " is no configuration section",
                      (nearest.empty() ? "" : "Did you mean " + Quoted(nearest) + "? ") +

@@ -92,6 +92,15 @@ class AddressTexts {
   std::vector<char*> texts_;
 };
 
+// Whether a port is a number beyond the highest: the resolver would take its low 16 bits.
+bool IsBeyondEveryPort(const std::string& port) {
+  if (port.find_first_not_of("0123456789") != std::string::npos) return false;
+  const std::size_t begin = port.find_first_not_of('0');
+  if (begin == std::string::npos) return false;
+  const std::string digits = port.substr(begin);
+  return digits.size() > 5 || (digits.size() == 5 && digits > "65535");
+}
+
 std::string ResolverReason(int result) {
   return result == kNoAddress ? "it has no address" : gai_strerror(result);
 }
@@ -115,6 +124,10 @@ void ShowInterfaces(bool with_loopback, Format format) {
 
 void ShowLocalAddress(const std::string& peer, const std::string& port, bool ipv4_only,
                       Format format) {
+  if (IsBeyondEveryPort(port)) {
+    throw CommandError(kUsage, Quoted(port) + " is no port",
+                       "Give a number up to 65535, or the name of a service.");
+  }
   ANetworkUtil network;
   std::string address;
   const int result =

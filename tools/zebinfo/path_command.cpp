@@ -13,6 +13,10 @@ namespace {
 
 std::string Flatten(const std::string& path, const std::optional<std::string>& base) {
   std::string flat;
+  if (base && !FileNameFlattener(*base).GetFlatPath(flat)) {
+    throw CommandError(kFailure, Quoted(*base) + " does not flatten: it climbs above the root",
+                       "Give another directory with --base.");
+  }
   FileNameFlattener flattener = base ? FileNameFlattener(path, *base) : FileNameFlattener(path);
   if (!flattener.GetFlatPath(flat)) {
     throw CommandError(kFailure, Quoted(path) + " does not flatten: it climbs above the root",
@@ -23,8 +27,9 @@ std::string Flatten(const std::string& path, const std::optional<std::string>& b
 
 // Why a flat path leads to no file.
 std::string WhyNoFile(const std::string& flat) {
+  if (flat.empty()) return "it stands for the root directory";
   struct stat status;
-  if (stat(flat.empty() ? "/" : flat.c_str(), &status) != 0) return std::strerror(errno);
+  if (stat(flat.c_str(), &status) != 0) return std::strerror(errno);
   if (S_ISDIR(status.st_mode)) return "it is a directory";
   if (!S_ISREG(status.st_mode)) return "it is not a regular file";
   return "its symbolic links are too long or too many";

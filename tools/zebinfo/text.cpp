@@ -15,8 +15,21 @@ bool IsCharacter(wchar_t code_point) {
   return value <= 0x10FFFF && (value < 0xD800 || value > 0xDFFF);
 }
 
-bool IsControl(unsigned char byte) {
-  return byte < 0x20 || byte == 0x7F;
+// How many bytes from here on are a control character, of one byte or, in UTF-8, of two, or look
+// like one that was escaped.
+std::size_t BytesToEscape(const std::string& text, std::size_t at) {
+  const auto byte = static_cast<unsigned char>(text[at]);
+  const auto next = static_cast<unsigned char>(at + 1 < text.size() ? text[at + 1] : '\0');
+  if (byte < 0x20 || byte == 0x7F) return 1;
+  if (byte == '\\' && next == 'x') return 1;
+  return byte == 0xC2 && next >= 0x80 && next <= 0x9F ? 2 : 0;
+}
+
+std::string Escaped(char byte) {
+  char escaped[5];
+  std::snprintf(escaped, sizeof escaped, "\\x%02x",
+                static_cast<unsigned>(static_cast<unsigned char>(byte)));
+  return escaped;
 }
 
 bool IsContinuation(char byte) {
@@ -34,16 +47,10 @@ std::string ToUtf8(const std::wstring& text) {
 
 std::string Printable(const std::string& text) {
   std::string printable;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    const bool looks_escaped = byte == '\\' && i + 1 < text.size() && text[i + 1] == 'x';
-    if (!IsControl(byte) && !looks_escaped) {
-      printable += text[i];
-      continue;
-    }
-    char escaped[5];
-    std::snprintf(escaped, sizeof escaped, "\\x%02x", static_cast<unsigned>(byte));
-    printable += escaped;
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t to_escape = BytesToEscape(text, i);
+    if (to_escape == 0) printable += text[i++];
+    for (const std::size_t end = i + to_escape; i < end; ++i) printable += Escaped(text[i]);
   }
   return printable;
 }

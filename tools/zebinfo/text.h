@@ -9,7 +9,8 @@ namespace zebinfo {
 std::string ToUtf8(const std::wstring& text);
 
 /// The text as it may go to a terminal and into a line of its own: each control character, and each
-/// backslash that could be taken for one, becomes "\xNN". Every other byte stays, valid or not.
+/// backslash that could be taken for one, becomes "\xNN", byte by byte. Every other byte stays,
+/// valid or not.
 std::string Printable(const std::string& text);
 
 /// How many columns a UTF-8 text takes, at one column for each character.

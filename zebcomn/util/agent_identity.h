@@ -25,9 +25,8 @@ ZEBCOMN_EXPORT BOOL tivmcomn_create_guid(unsigned char* guid, char* text, int te
 
 /// Copies the software identifier, "KZUAGENT4600WRLX", which has 16 characters.
 ///
-/// \param[out] out   Receives the text, its NUL, and NULs up to its last byte but one. Null:
-/// nothing
-///                   is written.
+/// \param[out] out   Receives the text, its NUL, and NULs up to its last byte but one.
+///                   Null: nothing is written.
 /// \param      size  Capacity of `out` in bytes. With 16 or less nothing is written at all, and
 ///                   nothing tells the caller so: clear the buffer first, or pass 17 or more.
 ZEBCOMN_EXPORT void tivmcomn_get_agent_softwareid(char* out, unsigned size);

@@ -74,7 +74,7 @@ uint32_t tivmcomn_unicode_to_utf8(const wchar_t* src, char* dst, unsigned int* d
   if (out == nullptr || in == nullptr) return ZEBCOMN_STATUS_FAILURE;
   std::wmemcpy(in.get(), src, length + 1);
 
-  const Converter converter("UTF-8", WideEncoding());
+  const Converter converter("UTF8", WideEncoding());
   *converter.Convert(reinterpret_cast<char*>(in.get()), length * sizeof(wchar_t), out.get(),
                      length * kMaxUtf8Bytes) = '\0';
   std::strcpy(dst, out.get());
