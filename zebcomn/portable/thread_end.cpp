@@ -54,7 +54,9 @@ bool EnterEnd(const tivThreadStartBlock* block) {
 void LeaveEnd(const tivThreadStartBlock* block) {
   HeldMutex lock(g_end_mutex, HeldMutex::Insist{});
   if (_tivHandleObject_t* record = RecordOfBlock(block)) record->ppThreadSignalled = nullptr;
-  pthread_cond_broadcast(&g_end_over);
+  // A close that waits for this end would wait for ever.
+  while (pthread_cond_broadcast(&g_end_over) != 0) {
+  }
 }
 
 // Waits until the end under way is over. The wait must not be a cancellation point: the record of
