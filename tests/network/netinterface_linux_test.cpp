@@ -86,8 +86,14 @@ TEST_F(EnumerationTest, OnlyUpInterfacesWithAnIpAddressCount) {
   chain_.Add("eth0", kUp, "", "255.0.0.0");
   chain_.Add("eth0", kUp, std::to_string(AF_PACKET), "255.0.0.0");
   chain_.Add("eth0", kUp, std::to_string(AF_UNIX), "255.0.0.0");
+  int asked = 0;
+  Network().getnameinfo = [&](auto...) {
+    ++asked;
+    return 0;
+  };
   EXPECT_EQ(Fill(true), Lines{});
   EXPECT_EQ(result_, 0);
+  EXPECT_EQ(asked, 0) << "no text is asked for";
 }
 
 TEST_F(EnumerationTest, AddressesOfOneInterfaceStandInTheChainsOrder) {

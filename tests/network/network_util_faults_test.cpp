@@ -93,6 +93,18 @@ TEST_F(ResolverTest, TheLowestIndexThatTheResolverAcceptsIsTheScope) {
   EXPECT_EQ(questions_[0].hints.ai_flags, 0);
 }
 
+TEST_F(ResolverTest, OnlyTextThatBeginsWithTheWholePrefixHasAScope) {
+  AddInterfaces();
+  unsigned int scope = 77;
+  for (const char* text :
+       {"fe8", "fe8::1", "fe81::1", "fe8f::1", "fec0::1", "::fe80", "fe:80::1"}) {
+    EXPECT_EQ(util_.zebGetScopeId(text, scope), 0) << text;
+    EXPECT_EQ(util_.formatV6addrWithScope(text, false), text);
+  }
+  EXPECT_EQ(scope, 77U);
+  EXPECT_TRUE(questions_.empty());
+}
+
 TEST_F(ResolverTest, IndexesThatTheResolverRefusesArePassedOver) {
   AddInterfaces();
   RefuseScopes(2);

@@ -18,6 +18,7 @@
 #include "tests/support/fresh_process.h"
 #include "zebcomn/sysprops/sysprops.h"
 #include "zebcomn/sysprops/sysprops_comn.h"
+#include "zebcomn/util/time_zone.h"
 
 namespace {
 
@@ -32,6 +33,8 @@ struct Faults {
   Entry entry = Entry::kReal;
   uid_t real_user = 0;       ///< What getuid answers; 0 asks the real one.
   uid_t looked_up_user = 0;  ///< Whose password entry was asked for last.
+  bool watch_language = false;
+  bool mutex_was_held = false;  ///< While "LANG" was read.
   int hits = 0;
 };
 Faults g_faults;
@@ -94,6 +97,21 @@ extern "C" uid_t getuid() noexcept {
   if (g_faults.real_user == 0) return Real<uid_t()>("getuid")();
   ++g_faults.hits;
   return g_faults.real_user;
+}
+
+extern "C" char* getenv(const char* name) noexcept {
+  if (g_faults.watch_language && std::strcmp(name, "LANG") == 0) {
+    ++g_faults.hits;
+    g_faults.mutex_was_held = pthread_mutex_trylock(&quenty_com::pelu::mutex) == EBUSY;
+    if (!g_faults.mutex_was_held) pthread_mutex_unlock(&quenty_com::pelu::mutex);
+  }
+  const size_t length = std::strlen(name);
+  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+    if (std::strncmp(*entry, name, length) == 0 && (*entry)[length] == '=') {
+      return *entry + length + 1;
+    }
+  }
+  return nullptr;
 }
 
 extern "C" int getpwuid_r(uid_t user, passwd* entry, char* texts, size_t capacity, passwd** found) {
@@ -262,6 +280,15 @@ TEST_F(SyspropsFaults, LanguageComesFromTheEnvironment) {
     });
     EXPECT_EQ(seen, id) << (lang == nullptr ? "unset" : lang);
   }
+}
+
+TEST_F(SyspropsFaults, TheEnvironmentIsReadWhereNoZoneChangeCanRewriteIt) {
+  g_faults.watch_language = true;
+  Misc();
+  EXPECT_EQ(g_faults.hits, 1);
+  EXPECT_TRUE(g_faults.mutex_was_held);
+  EXPECT_EQ(pthread_mutex_trylock(&quenty_com::pelu::mutex), 0) << "it is given back";
+  pthread_mutex_unlock(&quenty_com::pelu::mutex);
 }
 
 TEST_F(SyspropsFaults, ConversionWithoutMemoryGivesEmptyText) {

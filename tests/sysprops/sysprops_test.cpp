@@ -170,6 +170,11 @@ TEST(ISysProps, OldEntriesOfAMapAreGone) {
   properties.GetAllSystemProperties(props);
   EXPECT_EQ(props.count(L"old"), 0u);
   EXPECT_EQ(props[L"CPUSerialNumber"], L"N/A");
+  props = {{L"old", L"1"}, {L"CPUSerialNumber", L"mine"}};
+  FileSystemMap file_systems;
+  properties.GetAllSystemProperties(props, file_systems);
+  EXPECT_EQ(props.count(L"old"), 0u);
+  EXPECT_EQ(props[L"CPUSerialNumber"], L"N/A");
 }
 
 TEST(ISysProps, LookupsGiveTheValuesOfTheMap) {

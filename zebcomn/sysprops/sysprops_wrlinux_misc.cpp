@@ -9,6 +9,7 @@
 #include <cstring>
 #include <vector>
 
+#include "zebcomn/portable/held_mutex_internal.h"
 #include "zebcomn/sysprops/property_names.h"
 #include "zebcomn/sysprops/sysprops.h"
 #include "zebcomn/sysprops/sysprops_comn.h"
@@ -57,6 +58,16 @@ std::wstring UpdateTime(const std::tm& local) {
 }  // namespace zebcomn
 
 namespace quenty_com::pelu::sysprops {
+namespace {
+
+/// The language id of the environment. `zebcomn_timegm` changes "TZ" under the same mutex, and the
+/// environment cannot be read while another thread rewrites it.
+const wchar_t* EnvironmentsLanguageId() {
+  const zebcomn::HeldMutex held(mutex);
+  return zebcomn::LanguageId(std::getenv("LANG"));
+}
+
+}  // namespace
 
 int ISysProps::GetMiscInformation(MiscInformation& info) {
   info.m_wstrUserName = sysprops_ansi_to_wide(zebcomn::LoginName());
@@ -68,7 +79,7 @@ int ISysProps::GetMiscInformation(MiscInformation& info) {
   if (localtime_r(&now, &local) != nullptr) {
     info.m_wstrLastUpdate = zebcomn::UpdateTime(local);
   }
-  info.m_wstrDefaultLangID = zebcomn::LanguageId(std::getenv("LANG"));
+  info.m_wstrDefaultLangID = EnvironmentsLanguageId();
   return 1;
 }
 
