@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 
 #include "tests/portable/owned_handle.h"
 #include "tests/support/command.h"
@@ -227,7 +228,10 @@ struct OwnObjects {
   pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
   pthread_cond_t cond = PTHREAD_COND_INITIALIZER;
   int32_t flag = 0;
-  uint32_t guard = 0xA5A5A5A5;
+  // Where the rest of a handle record would be.
+  unsigned char guard[sizeof(_tivHandleObject_t)];
+
+  OwnObjects() { std::memset(guard, 0xA5, sizeof(guard)); }
 
   tivThreadStartBlock* NewBlock(tivThreadRoutine routine, void* parameter) {
     auto* block = static_cast<tivThreadStartBlock*>(std::malloc(sizeof(tivThreadStartBlock)));
@@ -244,7 +248,7 @@ TEST(ThreadEntry, RunsABlockAndGivesTheRoutinesResult) {
       &parameter));
   EXPECT_EQ(reinterpret_cast<uintptr_t>(result), 0x80000005u);
   EXPECT_EQ(objects.flag, 1);
-  EXPECT_EQ(objects.guard, 0xA5A5A5A5u);
+  for (const unsigned char byte : objects.guard) EXPECT_EQ(byte, 0xA5);
   EXPECT_EQ(pthread_mutex_trylock(&objects.mutex), 0);
   EXPECT_EQ(pthread_mutex_unlock(&objects.mutex), 0);
 }
