@@ -12,6 +12,7 @@
 #include "tests/support/scratch_dir.h"
 #include "zebcomn/portable/error.h"
 #include "zebcomn/portable/file_record_internal.h"
+#include "zebcomn/portable/global_mutexes.h"
 #include "zebcomn/portable/interlocked.h"
 #include "zebcomn/portable/tls.h"
 
@@ -426,11 +427,29 @@ TEST(TlsFaults, TheLibrarysOwnLockIsTakenAnyhow) {
   }
 }
 
+// The mutex that was locked last, as the step hook sees it.
+void* g_locked = nullptr;
+
+TEST(InterlockedFaults, EachKindOfOperationTakesItsOwnLock) {
+  LONG value = 0;
+  zebcomn_test::SetStepHook([](Call call, bool before, void* object) {
+    if (call == Call::kMutexLock && before) g_locked = object;
+  });
+  tivInterlockedIncrement(&value);
+  EXPECT_EQ(g_locked, &MutexInterlockedLong);
+  tivInterlockedExchange(&value, 0);
+  EXPECT_EQ(g_locked, &MutexInterlockedExchange);
+  tivInterlockedDecrement(&value);
+  EXPECT_EQ(g_locked, &MutexInterlockedLong);
+  zebcomn_test::SetStepHook(nullptr);
+}
+
 TEST(InterlockedFaults, OperationIsDoneWithoutTheLock) {
   LONG value = 5;
   {
     const CallWatch watch(Call::kMutexLock, 1, EAGAIN);
     EXPECT_EQ(tivInterlockedIncrement(&value), 6);
+    EXPECT_TRUE(watch.Failed());
     EXPECT_EQ(watch.Count(Call::kMutexUnlock), 0) << "what was not locked is not unlocked";
   }
   const CallWatch watch(Call::kMutexLock, 1, EAGAIN);

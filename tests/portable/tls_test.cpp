@@ -89,6 +89,16 @@ TEST(Tls, EachSlotKeepsItsOwnValue) {
   for (const DWORD slot : slots) EXPECT_EQ(tivTlsGetValue(slot), nullptr) << slot;
 }
 
+TEST(Tls, LowSlotIsReadWithoutTheCLibrary) {
+  const Slots slots(kManySlots);
+  for (const DWORD slot : slots) tivTlsSetValue(slot, ValueFor(slot));
+  const zebcomn_test::CallWatch watch;
+  EXPECT_EQ(tivTlsGetValue(0), ValueFor(0));
+  EXPECT_EQ(watch.Count(zebcomn_test::Call::kGetspecific), 0);
+  EXPECT_EQ(tivTlsGetValue(kManySlots - 1), ValueFor(kManySlots - 1));
+  EXPECT_EQ(watch.Count(zebcomn_test::Call::kGetspecific), 1);
+}
+
 TEST(Tls, EachThreadHasItsOwnValue) {
   const Slots slots(kManySlots);
   for (const DWORD slot : slots) tivTlsSetValue(slot, ValueFor(slot));
