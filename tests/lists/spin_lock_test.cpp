@@ -2,6 +2,7 @@
 #include "zebcomn/lists/spin_lock.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -117,6 +118,22 @@ TEST(SpinLock, NoPauseFollowsTheOneSecondStage) {
   releaser.join();
   EXPECT_EQ(seen.size(), 400U);
   EXPECT_EQ(word, 1);
+}
+
+// A release of a lock that was cancelled in a pause used to be lost.
+TEST(SpinLock, NoPauseIsACancellationPoint) {
+  LONG word = 1;
+  int state = PTHREAD_CANCEL_ENABLE;
+  on_pause = [&] {
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &state);
+    pthread_setcancelstate(state, nullptr);
+    tiSL_Release(&word);
+  };
+  tiSL_Get(&word);
+  on_pause = nullptr;
+  EXPECT_EQ(state, PTHREAD_CANCEL_DISABLE);
+  pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, &state);
+  EXPECT_EQ(state, PTHREAD_CANCEL_ENABLE) << "the thread can be cancelled afterwards";
 }
 
 TEST(SpinLock, ExcludesThreadsFromEachOther) {

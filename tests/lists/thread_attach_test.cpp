@@ -143,14 +143,19 @@ DWORD EndAtOnce(void*) {
   return 0;
 }
 
-TEST(ThreadAttach, AnEndingLibraryThreadGivesTheIdentitySlotBack) {
-  const DWORD slot = tiSO_ProcessAttach();
-  tiSO_ThreadAttach();
-  const HANDLE event = HandleOf(tiSO_GetThread());
+// Starts a thread of the library and waits for its end, which frees every slot of the process.
+void EndALibraryThread() {
   const HANDLE thread = tivCreateThread(nullptr, 0, EndAtOnce, nullptr, 0, nullptr);
   ASSERT_NE(thread, nullptr);
   EXPECT_EQ(tivWaitForSingleObject(thread, TIV_INVALID_DWORD), 2U);
   tivCloseHandle(thread);
+}
+
+TEST(ThreadAttach, AnEndingLibraryThreadGivesTheIdentitySlotBack) {
+  const DWORD slot = tiSO_ProcessAttach();
+  tiSO_ThreadAttach();
+  const HANDLE event = HandleOf(tiSO_GetThread());
+  EndALibraryThread();
   EXPECT_EQ(tiSO_tls_index, slot) << "the index keeps its old value";
   EXPECT_EQ(tiSO_GetThread(), TISO_NO_THREAD);
   EXPECT_EQ(tiSO_ThreadAttach(), 0U);
@@ -160,6 +165,35 @@ TEST(ThreadAttach, AnEndingLibraryThreadGivesTheIdentitySlotBack) {
   tiSO_SELockRelease(lock);
   tivCloseHandle(event);
   EXPECT_EQ(tiSO_ProcessDetach(), 0);
+}
+
+// The stale index used to be looked up like any other: somebody else's value was then taken for an
+// identity, slept on and closed.
+TEST(ThreadAttach, ASlotThatSomebodyElseWasGivenIsLeftAlone) {
+  const DWORD slot = tiSO_ProcessAttach();
+  tiSO_ThreadAttach();
+  const HANDLE event = HandleOf(tiSO_GetThread());
+  EndALibraryThread();
+  ASSERT_EQ(tivTlsAlloc(), slot);
+  int others = 0;
+  EXPECT_EQ(tivTlsSetValue(slot, &others), 1);
+  EXPECT_EQ(tiSO_tls_index, slot) << "the index keeps its old value";
+  EXPECT_EQ(tiSO_GetThread(), TISO_NO_THREAD);
+  EXPECT_EQ(tiSO_DbgGetThread(), 0U);
+  nErrno = 0;
+  EXPECT_EQ(tiSO_ThreadAttach(), 0U);
+  EXPECT_EQ(nErrno, kInvalidArgument);
+  EXPECT_EQ(tiSO_ThreadAttachX(), 0);
+  EXPECT_EQ(tiSO_ThreadDetach(), 0);
+  EXPECT_EQ(tiSO_ProcessDetach(), 0);
+  EXPECT_EQ(tiSO_tls_index, 0xFFFFFFFFU);
+  EXPECT_EQ(tivTlsGetValue(slot), &others);
+  tivCloseHandle(event);
+
+  EXPECT_NE(tiSO_ProcessAttach(), slot);
+  EXPECT_EQ(tiSO_ThreadAttach(), 1U) << "attaching anew begins again";
+  Detach();
+  EXPECT_EQ(tivTlsFree(slot), 1);
 }
 
 }  // namespace

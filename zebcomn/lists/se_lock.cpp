@@ -1,7 +1,5 @@
 #include "zebcomn/lists/se_lock.h"
 
-#include <pthread.h>
-
 #include <cstddef>
 #include <cstdlib>
 
@@ -9,6 +7,7 @@
 #include "zebcomn/lists/se_lock_internal.h"
 #include "zebcomn/lists/spin_lock_internal.h"
 #include "zebcomn/lists/thread_attach_internal.h"
+#include "zebcomn/portable/cancellation_internal.h"
 #include "zebcomn/portable/event.h"
 #include "zebcomn/portable/held_mutex_internal.h"
 #include "zebcomn/portable/plain_atomic_internal.h"
@@ -73,18 +72,6 @@ bool TakeSharedBehindWriters(tiSO_SELock_t* lock) {
   return true;
 }
 
-/// Keeps cancellation from unwinding a stack that a queued record is on.
-class CancellationHeldOff {
- public:
-  CancellationHeldOff() { pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &before_); }
-  ~CancellationHeldOff() { pthread_setcancelstate(before_, nullptr); }
-  CancellationHeldOff(const CancellationHeldOff&) = delete;
-  CancellationHeldOff& operator=(const CancellationHeldOff&) = delete;
-
- private:
-  int before_ = PTHREAD_CANCEL_ENABLE;
-};
-
 /// Whether the request has been granted, and not only its thread woken by somebody else; the event
 /// is ready for the next wait if not.
 bool IsGranted(const Waiter& waiter) {
@@ -105,6 +92,7 @@ bool IsGranted(const Waiter& waiter) {
   // A thread that is not attached has no event to sleep on.
   if (self == TISO_NO_THREAD) return FALSE;
   Waiter waiter = {{nullptr}, self, ProcessId(), 1};
+  // A cancellation must not unwind the stack that the queued record is on.
   const CancellationHeldOff no_cancellation;
   tiLL_XInsertHead(waiters, &waiter.link);
   hold.Release();

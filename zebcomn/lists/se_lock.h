@@ -16,7 +16,7 @@
 ///    tiSO_SELockRelease() gives one grant back. Every grant is given back exactly once; a release
 ///    of a free lock takes its count below zero, to 0xFFFFFFFF.
 ///  - A request that waits returns when the lock has been handed to it and not before, whatever
-///    signals arrive. It cannot be cancelled: a pending cancellation acts after it has returned.
+///    signals arrive. No call is a cancellation point: a pending cancellation acts after it.
 ///  - A grant sees everything that earlier holders wrote.
 
 #include "zebcomn/export.h"
@@ -59,7 +59,8 @@ enum {
 /// decline (it stays).
 ///
 /// It runs with the lock's spin word taken, so it must not call into the same lock, must not end by
-/// an exception, and should be quick: every other thread that calls into the lock spins meanwhile.
+/// an exception or a cancellation, and should be quick: every other thread that calls into the lock
+/// spins meanwhile.
 typedef uint32_t (*tiSO_NotifyCallback_t)(uintptr_t first, uint32_t event_code, uintptr_t second,
                                           uint32_t zero);
 

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include "zebcomn/lists/spin_lock_internal.h"
+#include "zebcomn/portable/cancellation_internal.h"
 
 namespace zebcomn {
 namespace {
@@ -34,6 +35,8 @@ void PauseAfterFailure(unsigned int attempt) {
 }  // namespace
 
 void ContendForSpinWord(LONG* word) {
+  // A pause is a cancellation point, and a lock's release that ended in it would be lost.
+  const CancellationHeldOff no_cancellation;
   unsigned int attempt = 0;
   do {
     if (attempt == kBackOffEnd) continue;

@@ -6,8 +6,8 @@
 ///
 /// The word starts as 0 and is then changed only by these two calls, from any thread. It has no
 /// owner and no recursion: a thread that takes it twice waits for itself. Both calls do nothing for
-/// a null pointer, leave `nErrno` alone, and order memory as a mutex does. Hold it for a few
-/// instructions only.
+/// a null pointer, leave `nErrno` alone, and order memory as a mutex does. Neither is a
+/// cancellation point. Hold it for a few instructions only.
 
 #include "zebcomn/export.h"
 #include "zebcomn/portable/types.h"

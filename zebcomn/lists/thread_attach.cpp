@@ -9,11 +9,18 @@
 DWORD tiSO_tls_index = TIV_INVALID_DWORD;
 
 pthread_mutex_t zebcomn::g_wake_mutex = PTHREAD_MUTEX_INITIALIZER;
+uint32_t zebcomn::g_identity_stamp = 0;
 
 using zebcomn::HeldMutex;
-using zebcomn::IdentitySlot;
 
 namespace {
+
+// The slot that tiSO_tls_index stands for; TIV_INVALID_DWORD when it has been freed since.
+DWORD IdentitySlot() {
+  const DWORD slot = zebcomn::LoadAcquire(&tiSO_tls_index);
+  const bool is_ours = zebcomn::TlsStamp(slot) == zebcomn::LoadRelaxed(&zebcomn::g_identity_stamp);
+  return is_ours ? slot : TIV_INVALID_DWORD;
+}
 
 void SetIdentitySlot(DWORD index) {
   zebcomn::StoreRelease(&tiSO_tls_index, index);
@@ -27,6 +34,7 @@ BOOL StoreNotAttached() {
 
 DWORD tiSO_ProcessAttach() {
   const DWORD index = tivTlsAlloc();
+  zebcomn::StoreRelaxed(&zebcomn::g_identity_stamp, zebcomn::TlsStamp(index));
   SetIdentitySlot(index);
   return index;
 }

@@ -14,7 +14,10 @@
 ///
 /// A thread that tivBeginThread or tivCreateThread started gives back every slot of the process
 /// when it ends, this one included. `tiSO_tls_index` then keeps its old value, and every thread
-/// reads as not attached from then on. Do not end such a thread while locks are in use.
+/// reads as not attached from then on, also when another tivTlsAlloc() has been given the same
+/// slot: its values are not looked at, changed or freed here, although the index is the same. The
+/// threads' events are not closed. Do not end such a thread while locks are in use; after that,
+/// begin again with tiSO_ProcessAttach.
 ///
 /// Where a call reads or writes the slot and there is none, `nErrno` becomes 22.
 
@@ -27,7 +30,7 @@
 ZEBCOMN_BEGIN_C
 
 /// The index of the identity slot; 0xFFFFFFFF while there is none. Only the two process calls write
-/// it.
+/// it, so it is stale after the end of a thread as told above.
 extern ZEBCOMN_EXPORT DWORD tiSO_tls_index;
 
 /// Allocates the identity slot. A second call allocates another one, and every thread is then not
@@ -51,7 +54,8 @@ ZEBCOMN_EXPORT uintptr_t tiSO_ThreadAttach(void);
 ZEBCOMN_EXPORT BOOL tiSO_ThreadDetach(void);
 
 /// Marks the calling thread as not attached, without closing an event that it may have: its handle
-/// is then the caller's to close.
+/// is then the caller's to close. A thread that handed this one a lock may still be setting the
+/// event, which only tiSO_ThreadDetach waits for: close it when no lock is in use.
 /// \return 1, or 0 when there is no slot (`nErrno` 22).
 ZEBCOMN_EXPORT BOOL tiSO_ThreadAttachX(void);
 

@@ -5,7 +5,7 @@
 
 #include "zebcomn/lists/thread_attach.h"
 #include "zebcomn/portable/plain_atomic_internal.h"
-#include "zebcomn/portable/tls.h"
+#include "zebcomn/portable/tls_internal.h"
 
 namespace zebcomn {
 
@@ -13,14 +13,14 @@ namespace zebcomn {
 /// thread that closes its event: one that was woken by somebody else may get so far in between.
 extern pthread_mutex_t g_wake_mutex;
 
-/// `tiSO_tls_index`, a plain object of the interface that every lock call reads.
-inline DWORD IdentitySlot() {
-  return LoadAcquire(&tiSO_tls_index);
-}
+/// The stamp of the allocation that `tiSO_tls_index` stands for. When the slot has another one, the
+/// values in it are somebody else's.
+extern uint32_t g_identity_stamp;
 
-/// tiSO_DbgGetThread() without the call.
+/// tiSO_DbgGetThread() without the call. The index is a plain object of the interface.
 inline uintptr_t StoredIdentity() {
-  return reinterpret_cast<uintptr_t>(tivTlsGetValue(IdentitySlot()));
+  return reinterpret_cast<uintptr_t>(
+      TlsValueOf(LoadAcquire(&tiSO_tls_index), LoadRelaxed(&g_identity_stamp)));
 }
 
 /// tiSO_GetThread() without the calls.

@@ -1,5 +1,6 @@
 #include <cstddef>
 
+#include "zebcomn/portable/cancellation_internal.h"
 #include "zebcomn/portable/held_mutex_internal.h"
 #include "zebcomn/portable/plain_atomic_internal.h"
 #include "zebcomn/portable/thread_end_internal.h"
@@ -62,10 +63,8 @@ void LeaveEnd(const tivThreadStartBlock* block) {
 // Waits until the end under way is over. The wait must not be a cancellation point: the record of
 // a close that does not come back would be lost.
 void AwaitEnd(const _tivHandleObject_t* record) {
-  int state = PTHREAD_CANCEL_ENABLE;
-  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &state);
+  const CancellationHeldOff no_cancellation;
   while (record->ppThreadSignalled == &g_ending_mark) pthread_cond_wait(&g_end_over, &g_end_mutex);
-  pthread_setcancelstate(state, nullptr);
 }
 
 }  // namespace

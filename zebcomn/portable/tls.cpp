@@ -11,6 +11,8 @@
 pthread_key_t* pTlsKeyTable[TIV_TLS_SLOT_COUNT];
 int32_t nTlsOwnerTable[TIV_TLS_SLOT_COUNT];
 
+uint32_t zebcomn::g_tls_stamps[TIV_TLS_SLOT_COUNT];
+
 namespace {
 
 using zebcomn::HeldMutex;
@@ -25,12 +27,10 @@ bool bFirstCall = true;  // Guarded by g_slot_mutex.
 // an ending thread may be freeing.
 pthread_key_t g_keys[TIV_TLS_SLOT_COUNT];
 
-// Each allocation of a slot has a stamp of its own, never 0.
-uint32_t g_stamps[TIV_TLS_SLOT_COUNT];
 uint32_t g_last_stamp = 0;  // Guarded by g_slot_mutex.
 
 // What the thread has set itself in the lowest slots, the ones that everybody uses. A read that
-// finds its slot's stamp here costs no call of the C library.
+// finds its slot's stamp here costs no call of the C library. Nothing is ever set with stamp 0.
 struct CachedValue {
   uint32_t stamp;
   void* value;
@@ -82,9 +82,21 @@ bool FreeTakenSlot(DWORD slot) {
   pthread_key_t* cell = pTlsKeyTable[slot];
   zebcomn::StoreRelaxed(&pTlsKeyTable[slot], static_cast<pthread_key_t*>(nullptr));
   zebcomn::StoreRelaxed(&nTlsOwnerTable[slot], 0);
+  zebcomn::StoreRelaxed(&zebcomn::g_tls_stamps[slot], 0U);
   const bool deleted = pthread_key_delete(*cell) == 0;
   std::free(cell);
   return deleted;
+}
+
+// tivTlsGetValue() without the call.
+inline void* GetValue(DWORD slot) {
+  if (slot < kCachedSlotCount) {
+    const CachedValue& cached = t_cache[slot];
+    if (cached.value != nullptr && cached.stamp == zebcomn::TlsStamp(slot)) return cached.value;
+  }
+  if (IsTaken(slot)) return pthread_getspecific(zebcomn::LoadRelaxed(&g_keys[slot]));
+  zebcomn::StoreError(EINVAL);
+  return nullptr;
 }
 
 }  // namespace
@@ -100,7 +112,7 @@ DWORD tivTlsAlloc(void) {
   pthread_key_t* cell = MakeKeyCell();
   if (cell == nullptr) return TIV_INVALID_DWORD;
   zebcomn::StoreRelaxed(&g_keys[slot], *cell);
-  zebcomn::StoreRelaxed(&g_stamps[slot], NextStamp());
+  zebcomn::StoreRelaxed(&zebcomn::g_tls_stamps[slot], NextStamp());
   zebcomn::StoreRelaxed(&nTlsOwnerTable[slot], static_cast<int32_t>(getpid()));
   zebcomn::StoreRelease(&pTlsKeyTable[slot], cell);
   return slot;
@@ -122,20 +134,18 @@ BOOL tivTlsSetValue(DWORD dwTlsIndex, void* lpTlsValue) {
     return FALSE;
   }
   if (pthread_setspecific(*pTlsKeyTable[dwTlsIndex], lpTlsValue) != 0) return FALSE;
-  if (dwTlsIndex < kCachedSlotCount) t_cache[dwTlsIndex] = {g_stamps[dwTlsIndex], lpTlsValue};
+  if (dwTlsIndex < kCachedSlotCount) {
+    t_cache[dwTlsIndex] = {zebcomn::TlsStamp(dwTlsIndex), lpTlsValue};
+  }
   return TRUE;
 }
 
 void* tivTlsGetValue(DWORD dwTlsIndex) {
-  if (!IsTaken(dwTlsIndex)) {
-    zebcomn::StoreError(EINVAL);
-    return nullptr;
-  }
-  if (dwTlsIndex < kCachedSlotCount) {
-    const CachedValue& cached = t_cache[dwTlsIndex];
-    if (cached.stamp == zebcomn::LoadRelaxed(&g_stamps[dwTlsIndex])) return cached.value;
-  }
-  return pthread_getspecific(zebcomn::LoadRelaxed(&g_keys[dwTlsIndex]));
+  return GetValue(dwTlsIndex);
+}
+
+void* zebcomn::TlsValueOf(DWORD slot, uint32_t stamp) {
+  return GetValue(TlsStamp(slot) == stamp ? slot : TIV_INVALID_DWORD);
 }
 
 void zebcomn::FreeOwnTlsSlots() {

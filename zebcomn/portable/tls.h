@@ -20,7 +20,9 @@ ZEBCOMN_BEGIN_C
 #define TIV_TLS_SLOT_COUNT 1024
 
 /// Each slot's key in a cell of its own; null = the slot is free. Cleared by the first
-/// tivTlsAlloc(). Only the library writes it; read it atomically where threads end or allocate.
+/// tivTlsAlloc(). Only the library writes it; read it atomically where threads end or allocate. Set
+/// values with tivTlsSetValue() and not through the key: what a thread has set with it in one of
+/// the lowest slots is what that thread goes on reading.
 extern ZEBCOMN_EXPORT pthread_key_t* pTlsKeyTable[TIV_TLS_SLOT_COUNT];
 
 /// The id of the process that allocated each slot; 0 = the slot is free. Otherwise as pTlsKeyTable.
