@@ -10,14 +10,14 @@ if command -v ccache >/dev/null; then
   export CMAKE_CXX_COMPILER_LAUNCHER="${CMAKE_CXX_COMPILER_LAUNCHER-ccache}"
 fi
 
-# build PRESET [CMAKE-ARGUMENT...]: configures and builds; prints the log only when that fails.
+# build PRESET [BUILD-ARGUMENT...]: configures and builds; prints the log only when that fails.
 build() {
   local preset=$1 log
   shift
   mkdir -p build
   log=build/$preset.log
   say "building $preset (log: $log)"
-  if ! { cmake --preset "$preset" "$@" && cmake --build --preset "$preset"; } >"$log" 2>&1; then
+  if ! { cmake --preset "$preset" && cmake --build --preset "$preset" "$@"; } >"$log" 2>&1; then
     tail -n 60 "$log" >&2
     echo "the build of $preset failed; the whole log is $log" >&2
     return 1
