@@ -1,4 +1,6 @@
 #include <zebcomn/zebcomn.h>
 
 int CPart(void);
-int CPart(void) { return TRUE; }
+int CPart(void) {
+  return TRUE;
+}
