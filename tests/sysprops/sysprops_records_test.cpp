@@ -7,24 +7,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "zebcomn/sysprops/sysprops.h"
-
 namespace sysprops = quenty_com::pelu::sysprops;
-
-namespace quenty_com::pelu::sysprops {
-
-/// Reaches the members of ISysProps, whose order callers rely on.
-struct SysPropsLayout {
-  static std::vector<const void*> Members(const ISysProps& p) {
-    return {&p.m_CPUInfo, &p.m_NetworkInfo, &p.m_MemoryInfo,
-            &p.m_OSInfo,  &p.m_DiskInfo,    &p.m_MiscInfo};
-  }
-  static constexpr std::size_t kMembersSize = sizeof(CPUInformation) + sizeof(NetworkInformation) +
-                                              sizeof(MemoryInformation) + sizeof(OSInformation) +
-                                              sizeof(DiskInformation) + sizeof(MiscInformation);
-};
-
-}  // namespace quenty_com::pelu::sysprops
 
 namespace {
 
@@ -101,16 +84,6 @@ TEST(DiskInformation, MapComesLastAndStartsEmpty) {
   EXPECT_EQ(static_cast<const void*>(&record.m_mapFileSystems),
             static_cast<const void*>(&record.m_wstrNumberOfFileSystems + 1));
   EXPECT_TRUE(record.m_mapFileSystems.empty());
-}
-
-TEST(ISysPropsLayout, RecordsFollowEachOtherInTheirOrder) {
-  using Layout = sysprops::SysPropsLayout;
-  const sysprops::ISysProps properties;
-  const std::vector<const void*> members = Layout::Members(properties);
-  EXPECT_EQ(members.front(), static_cast<const void*>(&properties));
-  for (std::size_t i = 1; i < members.size(); ++i) EXPECT_LT(members[i - 1], members[i]);
-  static_assert(sizeof(sysprops::ISysProps) == Layout::kMembersSize);
-  static_assert(!std::is_polymorphic_v<sysprops::ISysProps>);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 static_assert(offsetof(tiLL2_element_t, next) == 0, "next is the first field");
 static_assert(offsetof(tiLL2_element_t, previous) == sizeof(void*), "previous is the second field");
+static_assert(sizeof(tiLL2_element_t) == 2 * sizeof(void*), "two pointers and nothing more");
 
 tiLL2_element_t* tiLL2_XGetNext(const tiLL2_element_t* element) {
   return element == nullptr ? nullptr : element->next;

@@ -24,23 +24,22 @@ struct Waiter {
   int32_t waiting;  ///< 1 while queued; the thread that grants the request stores 0.
 };
 
-constexpr bool kIs32Bit = sizeof(void*) == 4;
+static_assert(
+    offsetof(tiSO_SELock_t, spin_word) == 0 && offsetof(tiSO_SELock_t, owner) == sizeof(void*) &&
+        offsetof(tiSO_SELock_t, count) == 2 * sizeof(void*) &&
+        offsetof(tiSO_SELock_t, shared_waiters) == 3 * sizeof(void*) &&
+        offsetof(tiSO_SELock_t, exclusive_waiters) == 4 * sizeof(void*) &&
+        offsetof(tiSO_SELock_t, notify_list) == 5 * sizeof(void*) &&
+        offsetof(tiSO_SELock_t, pid) == 6 * sizeof(void*) &&
+        offsetof(tiSO_SELock_t, state) == offsetof(tiSO_SELock_t, pid) + 4,
+    "The fields stand in this order on every target; the lock's address is its spin word's.");
+static_assert(sizeof(void*) != 4 || sizeof(tiSO_SELock_t) == 32, "the size on a 32-bit target");
 
-static_assert(offsetof(tiSO_SELock_t, spin_word) == 0, "the lock's address is its spin word's");
-static_assert(!kIs32Bit || offsetof(tiSO_SELock_t, owner) == 4, "32-bit layout");
-static_assert(!kIs32Bit || offsetof(tiSO_SELock_t, count) == 8, "32-bit layout");
-static_assert(!kIs32Bit || offsetof(tiSO_SELock_t, shared_waiters) == 12, "32-bit layout");
-static_assert(!kIs32Bit || offsetof(tiSO_SELock_t, exclusive_waiters) == 16, "32-bit layout");
-static_assert(!kIs32Bit || offsetof(tiSO_SELock_t, notify_list) == 20, "32-bit layout");
-static_assert(!kIs32Bit || offsetof(tiSO_SELock_t, pid) == 24, "32-bit layout");
-static_assert(!kIs32Bit || offsetof(tiSO_SELock_t, state) == 28, "32-bit layout");
-static_assert(!kIs32Bit || sizeof(tiSO_SELock_t) == 32, "32-bit layout");
-
-static_assert(offsetof(Waiter, link) == 0, "the link is an element's first field");
-static_assert(!kIs32Bit || offsetof(Waiter, thread) == 4, "32-bit layout");
-static_assert(!kIs32Bit || offsetof(Waiter, pid) == 8, "32-bit layout");
-static_assert(!kIs32Bit || offsetof(Waiter, waiting) == 12, "32-bit layout");
-static_assert(!kIs32Bit || sizeof(Waiter) == 16, "32-bit layout");
+static_assert(offsetof(Waiter, link) == 0 && offsetof(Waiter, thread) == sizeof(void*) &&
+                  offsetof(Waiter, pid) == 2 * sizeof(void*) &&
+                  offsetof(Waiter, waiting) == offsetof(Waiter, pid) + 4,
+              "The fields stand in this order on every target, the element's link first.");
+static_assert(sizeof(void*) != 4 || sizeof(Waiter) == 16, "the size on a 32-bit target");
 
 Waiter* WaiterOf(tiLL_element_t* link) {
   return reinterpret_cast<Waiter*>(link);

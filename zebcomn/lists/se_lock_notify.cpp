@@ -11,13 +11,12 @@ namespace {
 
 constexpr uint32_t kAccepted = 0;
 
-constexpr bool kIs32Bit = sizeof(void*) == 4;
-
-static_assert(offsetof(tiSO_NotifyRecord_t, link) == 0, "the link is an element's first field");
-static_assert(!kIs32Bit || offsetof(tiSO_NotifyRecord_t, callback) == 4, "32-bit layout");
-static_assert(!kIs32Bit || offsetof(tiSO_NotifyRecord_t, first) == 8, "32-bit layout");
-static_assert(!kIs32Bit || offsetof(tiSO_NotifyRecord_t, second) == 12, "32-bit layout");
-static_assert(!kIs32Bit || sizeof(tiSO_NotifyRecord_t) == 16, "32-bit layout");
+static_assert(offsetof(tiSO_NotifyRecord_t, link) == 0 &&
+                  offsetof(tiSO_NotifyRecord_t, callback) == sizeof(void*) &&
+                  offsetof(tiSO_NotifyRecord_t, first) == 2 * sizeof(void*) &&
+                  offsetof(tiSO_NotifyRecord_t, second) == 3 * sizeof(void*) &&
+                  sizeof(tiSO_NotifyRecord_t) == 4 * sizeof(void*),
+              "The fields stand in this order on every target, the element's link first.");
 
 tiSO_NotifyRecord_t* RecordOf(tiLL_element_t* link) {
   return reinterpret_cast<tiSO_NotifyRecord_t*>(link);

@@ -9,6 +9,7 @@ using zebcomn::HeldSeLock;
 
 static_assert(offsetof(tiSLL_t, head) == 0, "the head is the first field");
 static_assert(offsetof(tiSLL_t, lock) == sizeof(void*), "the lock is the second field");
+static_assert(sizeof(tiSLL_t) == 2 * sizeof(void*), "two pointers and nothing more");
 
 uint32_t tiSLL_Create(tiSLL_t** list) {
   if (list == nullptr) return ZEBCOMN_STATUS_FAILURE;

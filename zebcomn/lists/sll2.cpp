@@ -12,7 +12,7 @@ namespace {
 static_assert(offsetof(tiSLL2_t, head) == 0, "the head sentinel is the first field");
 static_assert(offsetof(tiSLL2_t, tail) == 2 * sizeof(void*), "the tail sentinel follows the head");
 static_assert(offsetof(tiSLL2_t, lock) == 4 * sizeof(void*), "the lock is the last field");
-static_assert(sizeof(void*) != 4 || sizeof(tiSLL2_t) == 20, "20 bytes on a 32-bit target");
+static_assert(sizeof(tiSLL2_t) == 5 * sizeof(void*), "five pointers and nothing more");
 
 void InsertBetween(tiLL2_element_t* previous, tiLL2_element_t* element, tiLL2_element_t* next) {
   element->next = next;

@@ -14,15 +14,18 @@ struct NetRecordLayout {
   static_assert(offsetof(IPAddress, subnet_mask_) == sizeof(std::string));
   static_assert(offsetof(IPAddress, subnet_address_) == 2 * sizeof(std::string));
   static_assert(offsetof(IPAddress, family_) == 3 * sizeof(std::string));
+  static_assert(sizeof(void*) != 4 || sizeof(IPAddress) == 76);
 
   static_assert(offsetof(NetInterface, index_) == 0);
   static_assert(offsetof(NetInterface, mac_address_) == sizeof(void*));
   static_assert(offsetof(NetInterface, index_name_) == sizeof(void*) + sizeof(std::string));
   static_assert(offsetof(NetInterface, addresses_) == sizeof(void*) + 2 * sizeof(std::string));
+  static_assert(sizeof(void*) != 4 || sizeof(NetInterface) == 64);
 
   static_assert(offsetof(NetInterfaceList, interfaces_) == 0);
   static_assert(offsetof(NetInterfaceList, include_loopback_) ==
                 sizeof(std::map<unsigned int, NetInterface>));
+  static_assert(sizeof(void*) != 4 || sizeof(NetInterfaceList) == 28);
 };
 #pragma GCC diagnostic pop
 

@@ -12,7 +12,13 @@ namespace {
 constexpr std::uint32_t kMillisecondsPerSecond = 1000;
 constexpr int kFirstYear = 1900;
 
-static_assert(sizeof(tivSystemTime_t) == 16 && offsetof(tivSystemTime_t, wMilliseconds) == 14);
+static_assert(offsetof(tivSystemTime_t, wYear) == 0 && offsetof(tivSystemTime_t, wMonth) == 2 &&
+                  offsetof(tivSystemTime_t, wDayOfWeek) == 4 &&
+                  offsetof(tivSystemTime_t, wDay) == 6 && offsetof(tivSystemTime_t, wHour) == 8 &&
+                  offsetof(tivSystemTime_t, wMinute) == 10 &&
+                  offsetof(tivSystemTime_t, wSecond) == 12 &&
+                  offsetof(tivSystemTime_t, wMilliseconds) == 14 && sizeof(tivSystemTime_t) == 16,
+              "The record is laid out alike on every target.");
 
 }  // namespace
 

@@ -20,13 +20,16 @@ namespace {
 
 constexpr int32_t kNoSearch = -1;
 
-static_assert(offsetof(TivFindData, last_access_time) == 8 &&
+static_assert(offsetof(TivFindData, attributes) == 0 && offsetof(TivFindData, reserved) == 4 &&
+                  offsetof(TivFindData, last_access_time) == 8 &&
                   offsetof(TivFindData, last_write_time) == 12 &&
                   offsetof(TivFindData, size) == 16 && offsetof(TivFindData, name) == 20 &&
                   sizeof(TivFindData) == 280,
               "The record is laid out alike on every target.");
-static_assert(offsetof(TivSearchRecord, pattern) == sizeof(DIR*) &&
-                  offsetof(TivSearchRecord, directory) == sizeof(DIR*) + 261,
+static_assert(offsetof(TivSearchRecord, stream) == 0 &&
+                  offsetof(TivSearchRecord, pattern) == sizeof(DIR*) &&
+                  offsetof(TivSearchRecord, directory) == sizeof(DIR*) + 261 &&
+                  (sizeof(void*) != 4 || sizeof(TivSearchRecord) == 528),
               "The fields stand in this order on every target.");
 
 struct DirectoryCloser {

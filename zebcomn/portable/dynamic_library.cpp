@@ -23,11 +23,12 @@ namespace {
 /// How much of a name a record keeps, with the NUL.
 constexpr size_t kKeptNameCapacity = ZEBCOMN_PATH_CAPACITY + 1;
 
-static_assert(offsetof(TivLibraryRecord, module) == 264 &&
+static_assert(offsetof(TivLibraryRecord, name) == 0 && offsetof(TivLibraryRecord, module) == 264 &&
                   offsetof(TivLibraryRecord, entry_routine) == 264 + sizeof(void*) &&
                   offsetof(TivLibraryRecord, reference_count) == 264 + 2 * sizeof(void*) &&
                   offsetof(TivLibraryRecord, thread_calls_disabled) ==
-                      offsetof(TivLibraryRecord, reference_count) + 4,
+                      offsetof(TivLibraryRecord, reference_count) + 4 &&
+                  sizeof(TivLibraryRecord) == 272 + 2 * sizeof(void*),
               "The fields stand in this order on every target.");
 
 /// Held by whoever looks through the table without `MutexDynamicLibraryList`, and taken before a

@@ -14,9 +14,10 @@ struct FileRecord {
   char path[261];           ///< The name that was opened, cut at 260 characters.
 };
 
-static_assert(offsetof(FileRecord, delete_on_close) == 4 &&
-                  offsetof(FileRecord, end_of_file) == 8 && offsetof(FileRecord, path) == 12,
-              "The fields stand in this order on every target.");
+static_assert(offsetof(FileRecord, descriptor) == 0 && offsetof(FileRecord, delete_on_close) == 4 &&
+                  offsetof(FileRecord, end_of_file) == 8 && offsetof(FileRecord, path) == 12 &&
+                  sizeof(FileRecord) == 276,
+              "The record is laid out alike on every target.");
 
 }  // namespace zebcomn
 

@@ -13,7 +13,8 @@ static_assert(offsetof(tivThreadStartBlock, pMutex) == 0 &&
                   offsetof(tivThreadStartBlock, pCond) == sizeof(void*) &&
                   offsetof(tivThreadStartBlock, pbSignalled) == 2 * sizeof(void*) &&
                   offsetof(tivThreadStartBlock, pfnStart) == 3 * sizeof(void*) &&
-                  offsetof(tivThreadStartBlock, pParam) == 4 * sizeof(void*),
+                  offsetof(tivThreadStartBlock, pParam) == 4 * sizeof(void*) &&
+                  sizeof(tivThreadStartBlock) == 5 * sizeof(void*),
               "The fields stand in this order on every target.");
 
 // A zeroed record with its zeroed `pthread_t` cell; null without memory.

@@ -1,6 +1,28 @@
 #include "zebcomn/sysprops/sysprops.h"
 
+#include <cstddef>
+
 namespace quenty_com::pelu::sysprops {
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"
+/// Callers' object files hold the order of the members.
+struct SysPropsLayout {
+  static_assert(offsetof(ISysProps, m_CPUInfo) == 0);
+  static_assert(offsetof(ISysProps, m_NetworkInfo) == sizeof(CPUInformation));
+  static_assert(offsetof(ISysProps, m_MemoryInfo) ==
+                offsetof(ISysProps, m_NetworkInfo) + sizeof(NetworkInformation));
+  static_assert(offsetof(ISysProps, m_OSInfo) ==
+                offsetof(ISysProps, m_MemoryInfo) + sizeof(MemoryInformation));
+  static_assert(offsetof(ISysProps, m_DiskInfo) ==
+                offsetof(ISysProps, m_OSInfo) + sizeof(OSInformation));
+  static_assert(offsetof(ISysProps, m_MiscInfo) ==
+                offsetof(ISysProps, m_DiskInfo) + sizeof(DiskInformation));
+  static_assert(sizeof(ISysProps) == offsetof(ISysProps, m_MiscInfo) + sizeof(MiscInformation));
+  static_assert(sizeof(void*) != 4 || sizeof(ISysProps) == 744);
+};
+#pragma GCC diagnostic pop
+
 namespace {
 
 /// A property and the field of its group's record that holds its value.

@@ -15,6 +15,7 @@ struct FileNameFlattenerLayout {
                 alignof(std::string) + sizeof(std::string));
   static_assert(offsetof(FileNameFlattener, m_strBaseDir) ==
                 alignof(std::string) + 2 * sizeof(std::string));
+  static_assert(sizeof(void*) != 4 || sizeof(FileNameFlattener) == 76);
 };
 
 namespace {

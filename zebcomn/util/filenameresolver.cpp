@@ -18,6 +18,7 @@ struct FileNameResolverLayout {
   static_assert(offsetof(FileNameResolver, m_strPath) == alignof(std::string));
   static_assert(offsetof(FileNameResolver, m_strAbsolutePath) ==
                 alignof(std::string) + sizeof(std::string));
+  static_assert(sizeof(void*) != 4 || sizeof(FileNameResolver) == 52);
 };
 
 namespace {

@@ -20,6 +20,7 @@ namespace quenty_com::pelu {
 struct SignalHandlerLayout {
   static_assert(offsetof(SignalHandler, signalSet) == 0);
   static_assert(offsetof(SignalHandler, callbacks) == sizeof(sigset_t));
+  static_assert(sizeof(void*) != 4 || (sizeof(sigset_t) == 128 && sizeof(SignalHandler) == 152));
 };
 #pragma GCC diagnostic pop
 

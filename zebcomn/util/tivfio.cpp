@@ -16,7 +16,8 @@ namespace {
 static_assert(offsetof(TiFileOps, close) == 0 && offsetof(TiFileOps, read) == sizeof(void*) &&
                   offsetof(TiFileOps, write) == 2 * sizeof(void*) &&
                   offsetof(TiFileOps, get_size) == 3 * sizeof(void*) &&
-                  offsetof(TiFile, ops) == 0 && offsetof(TiFile, handle) == sizeof(void*),
+                  offsetof(TiFile, ops) == 0 && offsetof(TiFile, handle) == sizeof(void*) &&
+                  sizeof(TiFileOps) == 4 * sizeof(void*) && sizeof(TiFile) == 2 * sizeof(void*),
               "The fields stand in this order on every target.");
 
 template <typename Record>
