@@ -21,11 +21,18 @@ HARDENED = {
     "a stack that is not executable": r"GNU_STACK\s+\S+ \S+ \S+ \S+ \S+ RW\s",
     "the stack protector": r"__stack_chk_fail",
     "position-independent code": r"Type:\s+DYN",
+    # Not the stack protector's own __stack_chk_fail.
+    "checked string functions": r"__\w+_chk\b",
 }
 LIBRARY = {
     "the name that users are linked to": r"\(SONAME\).*\[libzebcomn\.so\.4\]",
     "the run path": r"\((RUNPATH|RPATH)\).*\[/opt/Quenty/pelu/lib\]",
-    "checked string functions": r"__\w+_chk",
+}
+PROGRAM = {
+    "a program that can be loaded anywhere": r"\(FLAGS_1\).*\bPIE\b",
+}
+FORBIDDEN = {
+    "relocations in its code": r"\(TEXTREL\)|\(FLAGS\).*TEXTREL",
 }
 ALLOWED_NEEDED = re.compile(r"\(NEEDED\).*\[(lib(stdc\+\+|gcc_s|c|m)\.so\.\d+|ld[\w-]*\.so\.\d+)\]")
 
@@ -33,16 +40,17 @@ ALLOWED_NEEDED = re.compile(r"\(NEEDED\).*\[(lib(stdc\+\+|gcc_s|c|m)\.so\.\d+|ld
 def main():
     tool, kind, path = sys.argv[1:4]
     text = readelf(tool, path)
-    wanted = dict(HARDENED)
+    wanted = {**HARDENED, **(LIBRARY if kind == "library" else PROGRAM)}
+    faults = [f"lacks this: {what}" for what, pattern in wanted.items()
+              if not re.search(pattern, text)]
+    faults += [f"has this: {what}" for what, pattern in FORBIDDEN.items()
+               if re.search(pattern, text)]
     if kind == "library":
-        wanted.update(LIBRARY)
-    faults = [what for what, pattern in wanted.items() if not re.search(pattern, text)]
-    if kind == "library":
-        faults += [f"needs nothing but the C and C++ libraries: {line.strip()}"
+        faults += [f"is to need nothing but the C and C++ libraries: {line.strip()}"
                    for line in text.splitlines()
                    if "(NEEDED)" in line and not ALLOWED_NEEDED.search(line)]
     for fault in faults:
-        print(f"{path} lacks this: {fault}")
+        print(f"{path} {fault}")
     return 1 if faults else 0
 
 
