@@ -181,7 +181,8 @@ extern "C" void freeaddrinfo(addrinfo* list) noexcept {
   }
   while (list != nullptr) {
     addrinfo* const next = list->ai_next;
-    delete reinterpret_cast<sockaddr_storage*>(list->ai_addr);
+    void* const address = list->ai_addr;
+    delete static_cast<sockaddr_storage*>(address);
     delete list;
     list = next;
   }

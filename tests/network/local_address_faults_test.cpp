@@ -45,7 +45,8 @@ class LocalAddressTest : public ResolverTest {
       EXPECT_EQ(RealGetnameinfo(address, length, host, sizeof host, nullptr, 0, NI_NUMERICHOST), 0);
       connected_.push_back(host);
       if (address->sa_family == AF_INET6) {
-        scopes_.push_back(reinterpret_cast<const sockaddr_in6*>(address)->sin6_scope_id);
+        const void* const place = address;
+        scopes_.push_back(static_cast<const sockaddr_in6*>(place)->sin6_scope_id);
       }
       errno = ECONNREFUSED;
       return static_cast<int>(connected_.size()) <= failing_connects_ ? -1 : 0;

@@ -133,7 +133,7 @@ class ZonedClock : public Clock {
 
 TEST_F(ZonedClock, SystemTimeIsLocalTimeNotUtc) {
   fake_now = 1706725799;  // 2024-01-31 18:29:59 UTC, a Wednesday.
-  tivSystemTime_t now;
+  TivSystemTime now;
   std::memset(&now, 0xFF, sizeof now);
   tivGetSystemTime(&now);
   EXPECT_EQ(now.wYear, 2024);
@@ -148,7 +148,7 @@ TEST_F(ZonedClock, SystemTimeIsLocalTimeNotUtc) {
 
 TEST_F(ZonedClock, SystemTimeCarriesIntoTheNextMonth) {
   fake_now = 1706725800;
-  tivSystemTime_t now{};
+  TivSystemTime now{};
   tivGetSystemTime(&now);
   EXPECT_EQ(now.wMonth, 2);
   EXPECT_EQ(now.wDay, 1);
@@ -159,7 +159,7 @@ TEST_F(ZonedClock, SystemTimeCarriesIntoTheNextMonth) {
 TEST_F(ZonedClock, SystemTimeCountsMonthsFromOneAndWeekdaysFromSunday) {
   SetZone("UTC0");
   fake_now = 1735430399;  // 2024-12-28 23:59:59, a Saturday.
-  tivSystemTime_t now{};
+  TivSystemTime now{};
   tivGetSystemTime(&now);
   EXPECT_EQ(now.wMonth, 12);
   EXPECT_EQ(now.wDayOfWeek, 6);
@@ -174,15 +174,15 @@ TEST_F(Clock, SystemTimeLeavesANullRecordAlone) {
 
 TEST_F(Clock, SystemTimeThatCannotBeBrokenDownIsAllZero) {
   cannot_break_down = true;
-  tivSystemTime_t now;
+  TivSystemTime now;
   std::memset(&now, 0xFF, sizeof now);
   tivGetSystemTime(&now);
-  const tivSystemTime_t zero{};
+  const TivSystemTime zero{};
   EXPECT_EQ(std::memcmp(&now, &zero, sizeof now), 0);
 }
 
 TEST(SystemTimeRecord, HasEightWordsInTheirOrder) {
-  const tivSystemTime_t record = {1, 2, 3, 4, 5, 6, 7, 8};
+  const TivSystemTime record = {1, 2, 3, 4, 5, 6, 7, 8};
   uint16_t words[8];
   static_assert(sizeof words == sizeof record);
   std::memcpy(words, &record, sizeof words);

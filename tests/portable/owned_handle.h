@@ -39,7 +39,7 @@ inline HANDLE NewEvent(BOOL signalled = 0) {
   return tivCreateEvent(nullptr, 1, signalled, nullptr);
 }
 
-inline HANDLE NewThread(tivThreadRoutine routine, void* parameter) {
+inline HANDLE NewThread(TivThreadRoutine routine, void* parameter) {
   return tivCreateThread(nullptr, 0, routine, parameter, 0, nullptr);
 }
 

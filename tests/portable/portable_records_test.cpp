@@ -48,7 +48,7 @@ struct StartBlock {
   void* lock;
   void* condition;
   void* flag;
-  tivThreadRoutine routine;
+  TivThreadRoutine routine;
   void* parameter;
 };
 
@@ -193,7 +193,7 @@ TEST_F(LibraryRecordLayout, LoadedNameShowsItsModuleAndItsCount) {
 TEST(SystemTimeLayout, EightShortNumbersAreFilled) {
   uint16_t fields[9];
   std::memset(fields, 0xff, sizeof fields);
-  tivGetSystemTime(reinterpret_cast<tivSystemTime_t*>(fields));
+  tivGetSystemTime(reinterpret_cast<TivSystemTime*>(fields));
   const uint16_t largest[] = {0x7fff, 12, 6, 31, 23, 59, 60, 0};
   for (std::size_t i = 0; i < std::size(largest); ++i) EXPECT_LE(fields[i], largest[i]) << i;
   EXPECT_GE(fields[0], 2020);

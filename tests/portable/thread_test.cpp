@@ -62,9 +62,9 @@ TEST(Thread, RecordIsTiedToTheStartBlock) {
   EXPECT_EQ(record->nRefCount, 1u);
   EXPECT_EQ(ReadFlag(&record->bSignalled), 0);
   ASSERT_NE(record->ppThreadSignalled, nullptr);
-  const auto* block = reinterpret_cast<const tivThreadStartBlock*>(
-      reinterpret_cast<const char*>(record->ppThreadSignalled) -
-      offsetof(tivThreadStartBlock, pbSignalled));
+  const void* start = reinterpret_cast<const char*>(record->ppThreadSignalled) -
+                      offsetof(TivThreadStartBlock, pbSignalled);
+  const auto* block = static_cast<const TivThreadStartBlock*>(start);
   EXPECT_EQ(block->pMutex, &record->mutex);
   EXPECT_EQ(block->pCond, &record->cond);
   EXPECT_EQ(block->pbSignalled, &record->bSignalled);
@@ -233,8 +233,8 @@ struct OwnObjects {
 
   OwnObjects() { std::memset(guard, 0xA5, sizeof(guard)); }
 
-  tivThreadStartBlock* NewBlock(tivThreadRoutine routine, void* parameter) {
-    auto* block = static_cast<tivThreadStartBlock*>(std::malloc(sizeof(tivThreadStartBlock)));
+  TivThreadStartBlock* NewBlock(TivThreadRoutine routine, void* parameter) {
+    auto* block = static_cast<TivThreadStartBlock*>(std::malloc(sizeof(TivThreadStartBlock)));
     *block = {&mutex, &cond, &flag, routine, parameter};
     return block;
   }
@@ -270,7 +270,7 @@ TEST(ThreadEntry, CleanupSignalsTheObjectsOfItsBlock) {
 TEST(ThreadEntry, CleanupOfADetachedBlockSetsOnlyTheDummy) {
   ClearDummy();
   OwnObjects objects;
-  tivThreadStartBlock* block = objects.NewBlock(DoNothing, nullptr);
+  TivThreadStartBlock* block = objects.NewBlock(DoNothing, nullptr);
   block->pbSignalled = &bDummyThreadSignalled;
   tivCleanupThread(block);
   EXPECT_EQ(ReadFlag(&bDummyThreadSignalled), 1);
@@ -279,7 +279,7 @@ TEST(ThreadEntry, CleanupOfADetachedBlockSetsOnlyTheDummy) {
 
 TEST(ThreadEntry, CleanupSignalsAnEventsRecord) {
   const OwnedHandle event(NewEvent());
-  auto* block = static_cast<tivThreadStartBlock*>(std::malloc(sizeof(tivThreadStartBlock)));
+  auto* block = static_cast<TivThreadStartBlock*>(std::malloc(sizeof(TivThreadStartBlock)));
   *block = {&event.record()->mutex, &event.record()->cond, &event.record()->bSignalled, DoNothing,
             nullptr};
   tivCleanupThread(block);

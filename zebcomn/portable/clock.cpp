@@ -12,12 +12,11 @@ namespace {
 constexpr std::uint32_t kMillisecondsPerSecond = 1000;
 constexpr int kFirstYear = 1900;
 
-static_assert(offsetof(tivSystemTime_t, wYear) == 0 && offsetof(tivSystemTime_t, wMonth) == 2 &&
-                  offsetof(tivSystemTime_t, wDayOfWeek) == 4 &&
-                  offsetof(tivSystemTime_t, wDay) == 6 && offsetof(tivSystemTime_t, wHour) == 8 &&
-                  offsetof(tivSystemTime_t, wMinute) == 10 &&
-                  offsetof(tivSystemTime_t, wSecond) == 12 &&
-                  offsetof(tivSystemTime_t, wMilliseconds) == 14 && sizeof(tivSystemTime_t) == 16,
+static_assert(offsetof(TivSystemTime, wYear) == 0 && offsetof(TivSystemTime, wMonth) == 2 &&
+                  offsetof(TivSystemTime, wDayOfWeek) == 4 && offsetof(TivSystemTime, wDay) == 6 &&
+                  offsetof(TivSystemTime, wHour) == 8 && offsetof(TivSystemTime, wMinute) == 10 &&
+                  offsetof(TivSystemTime, wSecond) == 12 &&
+                  offsetof(TivSystemTime, wMilliseconds) == 14 && sizeof(TivSystemTime) == 16,
               "The record is laid out alike on every target.");
 
 }  // namespace
@@ -32,7 +31,7 @@ uint32_t tivGetTickCount(void) {
   return static_cast<uint32_t>(product / static_cast<std::int32_t>(ticks_per_second));
 }
 
-void tivGetSystemTime(tivSystemTime_t* time) {
+void tivGetSystemTime(TivSystemTime* time) {
   if (time == nullptr) return;
   *time = {};
   const std::time_t now = ::time(nullptr);

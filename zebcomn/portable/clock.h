@@ -12,7 +12,7 @@
 ZEBCOMN_BEGIN_C
 
 /// A moment of local time. The field order is fixed.
-typedef struct tivSystemTime {
+typedef struct TivSystemTime {
   uint16_t wYear;
   uint16_t wMonth;      ///< 1 to 12.
   uint16_t wDayOfWeek;  ///< 0 is Sunday.
@@ -21,7 +21,7 @@ typedef struct tivSystemTime {
   uint16_t wMinute;
   uint16_t wSecond;
   uint16_t wMilliseconds;  ///< Always 0.
-} tivSystemTime_t;
+} TivSystemTime;
 
 /// Milliseconds since an arbitrary start, at the pace of the kernel's clock ticks. Computed in
 /// signed 32-bit arithmetic whose product wraps: between two wraps differences hold, across one
@@ -30,7 +30,7 @@ ZEBCOMN_EXPORT uint32_t tivGetTickCount(void);
 
 /// Fills `*time` with the current *local* time, despite its name. A null record is left alone; a
 /// moment that cannot be broken down gives a record of zeros.
-ZEBCOMN_EXPORT void tivGetSystemTime(tivSystemTime_t* time);
+ZEBCOMN_EXPORT void tivGetSystemTime(TivSystemTime* time);
 
 ZEBCOMN_END_C
 

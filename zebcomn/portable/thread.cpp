@@ -9,12 +9,12 @@
 
 namespace {
 
-static_assert(offsetof(tivThreadStartBlock, pMutex) == 0 &&
-                  offsetof(tivThreadStartBlock, pCond) == sizeof(void*) &&
-                  offsetof(tivThreadStartBlock, pbSignalled) == 2 * sizeof(void*) &&
-                  offsetof(tivThreadStartBlock, pfnStart) == 3 * sizeof(void*) &&
-                  offsetof(tivThreadStartBlock, pParam) == 4 * sizeof(void*) &&
-                  sizeof(tivThreadStartBlock) == 5 * sizeof(void*),
+static_assert(offsetof(TivThreadStartBlock, pMutex) == 0 &&
+                  offsetof(TivThreadStartBlock, pCond) == sizeof(void*) &&
+                  offsetof(TivThreadStartBlock, pbSignalled) == 2 * sizeof(void*) &&
+                  offsetof(TivThreadStartBlock, pfnStart) == 3 * sizeof(void*) &&
+                  offsetof(TivThreadStartBlock, pParam) == 4 * sizeof(void*) &&
+                  sizeof(TivThreadStartBlock) == 5 * sizeof(void*),
               "The fields stand in this order on every target.");
 
 // A zeroed record with its zeroed `pthread_t` cell; null without memory.
@@ -38,9 +38,9 @@ void FreeThreadRecord(_tivHandleObject_t* record) {
 }
 
 // The start block of a new thread, tied to its record; null without memory.
-tivThreadStartBlock* AllocateStartBlock(_tivHandleObject_t* record, tivThreadRoutine routine,
+TivThreadStartBlock* AllocateStartBlock(_tivHandleObject_t* record, TivThreadRoutine routine,
                                         void* parameter) {
-  auto* block = static_cast<tivThreadStartBlock*>(std::malloc(sizeof(tivThreadStartBlock)));
+  auto* block = static_cast<TivThreadStartBlock*>(std::malloc(sizeof(TivThreadStartBlock)));
   if (block == nullptr) return nullptr;
   *block = {&record->mutex, &record->cond, &record->bSignalled, routine, parameter};
   record->ppThreadSignalled = &block->pbSignalled;
@@ -48,7 +48,7 @@ tivThreadStartBlock* AllocateStartBlock(_tivHandleObject_t* record, tivThreadRou
 }
 
 // Starts a detached thread on `block`: 0, or the error of the pthread call that failed.
-int StartDetached(pthread_t* cell, tivThreadStartBlock* block) {
+int StartDetached(pthread_t* cell, TivThreadStartBlock* block) {
   pthread_attr_t attributes;
   int error = pthread_attr_init(&attributes);
   if (error != 0) return error;
@@ -60,8 +60,8 @@ int StartDetached(pthread_t* cell, tivThreadStartBlock* block) {
 
 // Runs a thread that signals its end to `record`, whose locks are initialised. False when it could
 // not be started: nothing of it is left.
-bool RunThread(_tivHandleObject_t* record, tivThreadRoutine routine, void* parameter) {
-  tivThreadStartBlock* block = AllocateStartBlock(record, routine, parameter);
+bool RunThread(_tivHandleObject_t* record, TivThreadRoutine routine, void* parameter) {
+  TivThreadStartBlock* block = AllocateStartBlock(record, routine, parameter);
   if (block == nullptr) return false;
   if (StartDetached(static_cast<pthread_t*>(record->pObject), block) == 0) return true;
   std::free(block);
@@ -71,7 +71,7 @@ bool RunThread(_tivHandleObject_t* record, tivThreadRoutine routine, void* param
 }  // namespace
 
 HANDLE tivBeginThread(void* /*lpThreadAttributes*/, DWORD /*dwStackSize*/,
-                      tivThreadRoutine lpStartAddress, void* lpParameter, DWORD /*dwCreationFlags*/,
+                      TivThreadRoutine lpStartAddress, void* lpParameter, DWORD /*dwCreationFlags*/,
                       DWORD* lpThreadId) {
   if (lpStartAddress == nullptr) {
     zebcomn::StoreError(EINVAL);
@@ -99,7 +99,7 @@ HANDLE tivBeginThread(void* /*lpThreadAttributes*/, DWORD /*dwStackSize*/,
   return record;
 }
 
-HANDLE tivCreateThread(void* lpThreadAttributes, DWORD dwStackSize, tivThreadRoutine lpStartAddress,
+HANDLE tivCreateThread(void* lpThreadAttributes, DWORD dwStackSize, TivThreadRoutine lpStartAddress,
                        void* lpParameter, DWORD dwCreationFlags, DWORD* lpThreadId) {
   HANDLE thread = tivBeginThread(lpThreadAttributes, dwStackSize, lpStartAddress, lpParameter,
                                  dwCreationFlags, lpThreadId);

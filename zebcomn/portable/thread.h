@@ -18,17 +18,17 @@
 ZEBCOMN_BEGIN_C
 
 /// A thread's routine. Nobody collects its result.
-typedef DWORD (*tivThreadRoutine)(void* lpParameter);
+typedef DWORD (*TivThreadRoutine)(void* lpParameter);
 
 /// What a new thread is given: taken with malloc(), owned and freed by the thread.
-typedef struct tivThreadStartBlock {
+typedef struct TivThreadStartBlock {
   pthread_mutex_t* pMutex;  ///< The handle record's `mutex`.
   pthread_cond_t* pCond;    ///< The handle record's `cond`.
   /// The handle record's `bSignalled`; `bDummyThreadSignalled` once the handle has been closed.
   int32_t* pbSignalled;
-  tivThreadRoutine pfnStart;
+  TivThreadRoutine pfnStart;
   void* pParam;  ///< The argument of `pfnStart`.
-} tivThreadStartBlock;
+} TivThreadStartBlock;
 
 /// Starts a thread. The handle belongs to the caller until tivCloseHandle().
 ///
@@ -42,18 +42,18 @@ typedef struct tivThreadStartBlock {
 ///   for the handle), and with `nErrno` as it was when there is no memory for the start block or a
 ///   pthread call fails. Nothing is left behind then.
 ZEBCOMN_EXPORT HANDLE tivBeginThread(void* lpThreadAttributes, DWORD dwStackSize,
-                                     tivThreadRoutine lpStartAddress, void* lpParameter,
+                                     TivThreadRoutine lpStartAddress, void* lpParameter,
                                      DWORD dwCreationFlags, DWORD* lpThreadId);
 
 /// As tivBeginThread(), but a failure gives null.
 ZEBCOMN_EXPORT HANDLE tivCreateThread(void* lpThreadAttributes, DWORD dwStackSize,
-                                      tivThreadRoutine lpStartAddress, void* lpParameter,
+                                      TivThreadRoutine lpStartAddress, void* lpParameter,
                                       DWORD dwCreationFlags, DWORD* lpThreadId);
 
 /// The entry routine of every thread: runs the routine of a start block and, however the routine is
 /// left, tivCleanupThread() after it. Null does nothing.
 ///
-/// \param pStartBlock a `tivThreadStartBlock`; the call takes it over.
+/// \param pStartBlock a `TivThreadStartBlock`; the call takes it over.
 /// \return the routine's result.
 ZEBCOMN_EXPORT void* tivThreadJuggle(void* pStartBlock);
 

@@ -20,7 +20,7 @@ int32_t* g_ending_mark = nullptr;
 
 // The record that a start block points into; null for a block that a caller put together from
 // objects of its own.
-_tivHandleObject_t* RecordOfBlock(const tivThreadStartBlock* block) {
+_tivHandleObject_t* RecordOfBlock(const TivThreadStartBlock* block) {
   const auto flag = reinterpret_cast<uintptr_t>(block->pbSignalled);
   const auto base = flag - offsetof(_tivHandleObject_t, bSignalled);
   const auto cond = reinterpret_cast<uintptr_t>(block->pCond);
@@ -34,14 +34,14 @@ _tivHandleObject_t* RecordOfBlock(const tivThreadStartBlock* block) {
 
 // Tells the record's waiters. The flag is set first: a waiter that does not take the lock any more
 // sees it, and one that does is woken.
-void SignalRecord(const tivThreadStartBlock* block) {
+void SignalRecord(const TivThreadStartBlock* block) {
   StoreRelease(block->pbSignalled, 1);
   HeldMutex lock(*block->pMutex);
   pthread_cond_broadcast(block->pCond);
 }
 
 // Marks the block's record as ending. False when the handle is closed: there is no record.
-bool EnterEnd(const tivThreadStartBlock* block) {
+bool EnterEnd(const TivThreadStartBlock* block) {
   HeldMutex lock(g_end_mutex, HeldMutex::Insist{});
   const bool detached = block->pbSignalled == &bDummyThreadSignalled;
   if (detached) {
@@ -52,7 +52,7 @@ bool EnterEnd(const tivThreadStartBlock* block) {
   return !detached;
 }
 
-void LeaveEnd(const tivThreadStartBlock* block) {
+void LeaveEnd(const TivThreadStartBlock* block) {
   HeldMutex lock(g_end_mutex, HeldMutex::Insist{});
   if (_tivHandleObject_t* record = RecordOfBlock(block)) record->ppThreadSignalled = nullptr;
   // A close that waits for this end would wait for ever.
@@ -69,7 +69,7 @@ void AwaitEnd(const _tivHandleObject_t* record) {
 
 }  // namespace
 
-void SignalThreadEnd(tivThreadStartBlock* block) {
+void SignalThreadEnd(TivThreadStartBlock* block) {
   if (!EnterEnd(block)) return;
   SignalRecord(block);
   LeaveEnd(block);

@@ -13,7 +13,7 @@ namespace zebcomn {
 
 /// Signals the end of the thread of `block` to its handle, or to `bDummyThreadSignalled` when the
 /// handle has been closed. The record is not touched after the call.
-void SignalThreadEnd(tivThreadStartBlock* block);
+void SignalThreadEnd(TivThreadStartBlock* block);
 
 /// Parts a thread's record from its thread, so that the record can be freed.
 void DetachThread(_tivHandleObject_t* record);

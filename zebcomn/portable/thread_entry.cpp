@@ -11,7 +11,7 @@
 #endif
 
 void* tivThreadJuggle(void* pStartBlock) {
-  auto* block = static_cast<tivThreadStartBlock*>(pStartBlock);
+  auto* block = static_cast<TivThreadStartBlock*>(pStartBlock);
   if (block == nullptr) return nullptr;
   uintptr_t result = 0;
   int cancellation = PTHREAD_CANCEL_ENABLE;
@@ -25,7 +25,7 @@ void* tivThreadJuggle(void* pStartBlock) {
 }
 
 void tivCleanupThread(void* pStartBlock) {
-  auto* block = static_cast<tivThreadStartBlock*>(pStartBlock);
+  auto* block = static_cast<TivThreadStartBlock*>(pStartBlock);
   if (block == nullptr) return;
   // Kept: every slot of the process goes, not only those of this thread.
   zebcomn::FreeOwnTlsSlots();
