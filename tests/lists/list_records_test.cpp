@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "tests/lists/attached.h"
+#include "tests/support/seen_as.h"
 #include "zebcomn/lists/Linklist.h"
 #include "zebcomn/lists/sll.h"
 #include "zebcomn/lists/sll2.h"
@@ -13,15 +14,8 @@
 namespace {
 
 using zebcomn_test::OwnLock;
+using zebcomn_test::SeenAs;
 using zebcomn_test::Worker;
-
-/// A copy of what stands at an address, as a caller with its own declaration sees it.
-template <typename Record>
-Record As(const void* address) {
-  Record record;
-  std::memcpy(&record, address, sizeof record);
-  return record;
-}
 
 struct LockRecord {
   int32_t spin_word;
@@ -53,7 +47,7 @@ class LockRecordLayout : public zebcomn_test::AttachedTest {
   /// The lock as it stands while nobody can change it, its spin word as it was before that.
   LockRecord Lock() {
     tiSL_Get(&lock_->spin_word);
-    auto record = As<LockRecord>(lock_);
+    auto record = SeenAs<LockRecord>(lock_);
     tiSL_Release(&lock_->spin_word);
     EXPECT_EQ(record.spin_word, 1) << "taken through the record's address";
     return record;
@@ -87,7 +81,7 @@ TEST_F(LockRecordLayout, ShowsOwnerAndTheOneWhoWaits) {
   EXPECT_EQ(record.process, getpid());
   EXPECT_EQ(record.state, 2);
   ASSERT_NE(record.exclusive_waiters, nullptr);
-  const auto waiter = As<WaiterRecord>(record.exclusive_waiters);
+  const auto waiter = SeenAs<WaiterRecord>(record.exclusive_waiters);
   EXPECT_EQ(waiter.next, nullptr);
   EXPECT_EQ(waiter.thread, worker.identity());
   EXPECT_EQ(waiter.process, getpid());
@@ -118,10 +112,10 @@ TEST_F(LockRecordLayout, ShowsTheSharedWaiterAndTheRegistration) {
 
   const LockRecord record = Lock();
   ASSERT_NE(record.shared_waiters, nullptr);
-  EXPECT_EQ(As<WaiterRecord>(record.shared_waiters).thread, reader.identity());
+  EXPECT_EQ(SeenAs<WaiterRecord>(record.shared_waiters).thread, reader.identity());
   EXPECT_EQ(record.exclusive_waiters, nullptr);
   ASSERT_NE(record.notify_list, nullptr);
-  const auto registration = As<NotifyRecord>(record.notify_list);
+  const auto registration = SeenAs<NotifyRecord>(record.notify_list);
   EXPECT_EQ(registration.next, nullptr);
   EXPECT_EQ(registration.callback, Accept);
   EXPECT_EQ(registration.first, 11U);
@@ -146,9 +140,9 @@ TEST_F(ListRecordLayout, SingleListIsAHeadAndItsLock) {
   tiSLL_XInsertHead(list, &first);
   std::memcpy(&record, list, sizeof record);
   EXPECT_EQ(record.head, &first);
-  EXPECT_EQ(As<void*>(&first), &last);
-  EXPECT_EQ(As<void*>(&last), nullptr);
-  EXPECT_EQ(As<LockRecord>(record.lock).owner, UINTPTR_MAX);
+  EXPECT_EQ(SeenAs<void*>(&first), &last);
+  EXPECT_EQ(SeenAs<void*>(&last), nullptr);
+  EXPECT_EQ(SeenAs<LockRecord>(record.lock).owner, UINTPTR_MAX);
   tiSLL_Release(list);
 }
 
@@ -168,16 +162,16 @@ TEST_F(ListRecordLayout, DoubleListIsTwoSentinelsAndItsLock) {
   tiLL2_element_t last{};
   tiSLL2_XInsertHead(list, &first);
   tiSLL2_XInsertTail(list, &last);
-  const auto record = As<Record>(list);
+  const auto record = SeenAs<Record>(list);
   auto* head = reinterpret_cast<char*>(list);
   auto* tail = head + sizeof(Links);
   EXPECT_EQ(record.head.next, &first);
   EXPECT_EQ(record.head.previous, head) << "the start is its own predecessor";
   EXPECT_EQ(record.tail.next, tail) << "the end is its own successor";
   EXPECT_EQ(record.tail.previous, &last);
-  EXPECT_EQ(As<Links>(&first).next, &last);
-  EXPECT_EQ(As<Links>(&last).previous, &first);
-  EXPECT_EQ(As<LockRecord>(record.lock).owner, UINTPTR_MAX);
+  EXPECT_EQ(SeenAs<Links>(&first).next, &last);
+  EXPECT_EQ(SeenAs<Links>(&last).previous, &first);
+  EXPECT_EQ(SeenAs<LockRecord>(record.lock).owner, UINTPTR_MAX);
   tiSLL2_Release(list);
 }
 
@@ -197,7 +191,7 @@ TEST(CountedListLayout, IsTailHeadAndCount) {
   ASSERT_EQ(LinkedList_Init(&list), TRUE);
   EXPECT_EQ(LinkedList_AddTail(list, &first), TRUE);
   EXPECT_EQ(LinkedList_AddTail(list, &last), TRUE);
-  const auto record = As<Record>(list);
+  const auto record = SeenAs<Record>(list);
   EXPECT_EQ(record.tail, &last);
   EXPECT_EQ(record.head, &first);
   EXPECT_EQ(record.count, 2U);

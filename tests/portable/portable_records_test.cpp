@@ -11,6 +11,7 @@
 #include "tests/portable/module_fixture.h"
 #include "tests/portable/owned_handle.h"
 #include "tests/support/scratch_dir.h"
+#include "tests/support/seen_as.h"
 #include "zebcomn/portable/clock.h"
 #include "zebcomn/portable/directory_search.h"
 #include "zebcomn/portable/dynamic_library.h"
@@ -24,15 +25,8 @@ using zebcomn_test::NewEvent;
 using zebcomn_test::NewThread;
 using zebcomn_test::OwnedHandle;
 using zebcomn_test::ScratchDir;
+using zebcomn_test::SeenAs;
 using zebcomn_test::WaitForEver;
-
-/// A copy of what stands at an address, as a caller with its own declaration sees it.
-template <typename Record>
-Record As(const void* address) {
-  Record record;
-  std::memcpy(&record, address, sizeof record);
-  return record;
-}
 
 struct HandleRecord {
   void* payload;
@@ -79,7 +73,7 @@ static_assert(sizeof pDynamicLibraryList == 50 * sizeof(void*));
 
 TEST(HandleRecordLayout, EventShowsItsTypeCountAndState) {
   const OwnedHandle event(NewEvent(1));
-  const auto record = As<HandleRecord>(event.get());
+  const auto record = SeenAs<HandleRecord>(event.get());
   EXPECT_EQ(record.payload, nullptr);
   EXPECT_EQ(record.type, 1);
   EXPECT_EQ(record.references, 1U);
@@ -88,7 +82,7 @@ TEST(HandleRecordLayout, EventShowsItsTypeCountAndState) {
 
 TEST(HandleRecordLayout, MutexPayloadAndOwnLockAreMutexes) {
   const OwnedHandle mutex(tivCreateMutex(nullptr, TRUE, nullptr));
-  const auto record = As<HandleRecord>(mutex.get());
+  const auto record = SeenAs<HandleRecord>(mutex.get());
   EXPECT_EQ(record.type, 3);
   EXPECT_EQ(record.signalled, 0);
   auto* payload = static_cast<pthread_mutex_t*>(record.payload);
@@ -107,14 +101,14 @@ DWORD WaitForEvent(void* event) {
 TEST(HandleRecordLayout, ThreadLeadsToTheStartBlockOfItsThread) {
   const OwnedHandle may_end(NewEvent());
   const OwnedHandle thread(NewThread(WaitForEvent, may_end.get()));
-  const auto record = As<HandleRecord>(thread.get());
+  const auto record = SeenAs<HandleRecord>(thread.get());
   EXPECT_EQ(record.type, 2);
   EXPECT_NE(record.payload, nullptr);
 
   // The record points at the third field of the block.
   ASSERT_NE(record.flag_pointer, nullptr);
   const auto block =
-      As<StartBlock>(static_cast<char*>(record.flag_pointer) - offsetof(StartBlock, flag));
+      SeenAs<StartBlock>(static_cast<char*>(record.flag_pointer) - offsetof(StartBlock, flag));
   auto* start = static_cast<char*>(thread.get());
   EXPECT_EQ(block.lock, start + offsetof(HandleRecord, lock));
   EXPECT_EQ(block.condition, start + offsetof(HandleRecord, condition));
@@ -131,15 +125,15 @@ TEST(FileRecordLayout, PayloadShowsDescriptorFlagsAndPath) {
   const std::string path = scratch.Write("file", "");
   const OwnedHandle file(tivCreateFileAW(path.c_str(), TIV_ACCESS_READ, 0, nullptr,
                                          TIV_OPEN_EXISTING, TIV_FLAG_DELETE_ON_CLOSE, nullptr));
-  const auto record = As<HandleRecord>(file.get());
+  const auto record = SeenAs<HandleRecord>(file.get());
   EXPECT_EQ(record.type, 0);
   EXPECT_EQ(record.signalled, 0);
-  EXPECT_EQ(As<OpenFile>(record.payload).end_of_file, 0);
+  EXPECT_EQ(SeenAs<OpenFile>(record.payload).end_of_file, 0);
 
   char byte = 0;
   DWORD count = 1;
   EXPECT_EQ(tivReadFile(file.get(), &byte, 1, &count, nullptr), TRUE);
-  const auto open_file = As<OpenFile>(record.payload);
+  const auto open_file = SeenAs<OpenFile>(record.payload);
   EXPECT_NE(fcntl(open_file.descriptor, F_GETFD), -1);
   EXPECT_EQ(open_file.delete_on_close, 1);
   EXPECT_EQ(open_file.end_of_file, 1);
@@ -165,7 +159,7 @@ TEST(FindDataLayout, EntryFillsFiveNumbersAndAName) {
   EXPECT_STREQ(data.data() + 20, "entry");
   EXPECT_EQ(std::string(data.data() + 280, 20), std::string(20, 'x'));
 
-  const auto record = As<SearchRecord>(pDirEntTable[id - 1]);
+  const auto record = SeenAs<SearchRecord>(pDirEntTable[id - 1]);
   EXPECT_NE(record.stream, nullptr);
   EXPECT_STREQ(record.pattern, "ent*");
   EXPECT_EQ(record.directory, scratch.path() + "/");
@@ -180,7 +174,7 @@ TEST_F(LibraryRecordLayout, LoadedNameShowsItsModuleAndItsCount) {
   ASSERT_NE(module, nullptr);
   ASSERT_EQ(tivLoadLibrary(path.c_str(), nullptr), module);
   EXPECT_EQ(tivDisableThreadLibraryCalls(module), TRUE);
-  const auto record = As<LibraryRecord>(pDynamicLibraryList[0]);
+  const auto record = SeenAs<LibraryRecord>(pDynamicLibraryList[0]);
   EXPECT_EQ(record.name, path);
   EXPECT_EQ(record.module, module);
   EXPECT_EQ(record.entry_routine, nullptr);
@@ -216,9 +210,9 @@ TEST(FileObjectLayout, HolderCallsThroughTheFourPointers) {
   ASSERT_EQ(tiCreateFile((scratch / "file").c_str(), static_cast<int>(TIV_ACCESS_READ_WRITE), 0,
                          TIV_CREATE_NEW, 0, &file),
             0U);
-  const auto object = As<FileObject>(file);
-  EXPECT_EQ(As<HandleRecord>(object.handle).type, 0);
-  const auto operations = As<Operations>(object.operations);
+  const auto object = SeenAs<FileObject>(file);
+  EXPECT_EQ(SeenAs<HandleRecord>(object.handle).type, 0);
+  const auto operations = SeenAs<Operations>(object.operations);
   EXPECT_EQ(reinterpret_cast<void*>(operations.close), reinterpret_cast<void*>(tiCloseFile));
   EXPECT_EQ(reinterpret_cast<void*>(operations.read), reinterpret_cast<void*>(tiReadFile));
   EXPECT_EQ(reinterpret_cast<void*>(operations.write), reinterpret_cast<void*>(tiWriteFile));
