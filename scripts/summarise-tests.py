@@ -64,7 +64,7 @@ def summarise(target):
             if outcome == "failed":
                 failures.append(f"{name} {reason}".rstrip())
     if not counts:
-        failures.append("no test ran")
+        failures.append(f"no test ran: build/{target}.log and build/{target}-test.log say why")
     print(f"{target}: {counts['passed']} passed, {len(failures)} failed, {counts['skipped']} skipped")
     for failure in failures:
         print(f"    failed: {failure}")
