@@ -26,9 +26,12 @@ target_compile_options(zebcomn_options INTERFACE
 target_link_options(zebcomn_options INTERFACE -pthread)
 if(ZEBCOMN_WERROR)
   target_compile_options(zebcomn_options INTERFACE -Werror)
+else()
+  target_compile_options(zebcomn_options INTERFACE -Werror=format-security)
 endif()
 
-# Debian's hardening=+all.
+# Debian's hardening=+all, with the formats above, the checked functions below, and the programs
+# that check_pie_supported() makes position-independent.
 target_compile_options(zebcomn_options INTERFACE -fstack-protector-strong)
 target_link_options(zebcomn_options INTERFACE -Wl,-z,relro -Wl,-z,now)
 if(ZEBCOMN_SANITIZE)
