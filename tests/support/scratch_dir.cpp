@@ -9,20 +9,36 @@
 
 namespace zebcomn_test {
 
+namespace {
+
+namespace fs = std::filesystem;
+
+/// An ordinary user cannot look into a directory that a test has closed, nor remove it.
+void OpenUp(const fs::path& directory) {
+  std::error_code ignored;
+  fs::permissions(directory, fs::perms::owner_all, fs::perm_options::add, ignored);
+  for (const fs::directory_entry& entry : fs::directory_iterator(directory, ignored)) {
+    if (entry.symlink_status(ignored).type() == fs::file_type::directory) OpenUp(entry.path());
+  }
+}
+
+}  // namespace
+
 ScratchDir::ScratchDir() {
-  std::string pattern = (std::filesystem::temp_directory_path() / "zebcomn-test-XXXXXX").string();
+  std::string pattern = (fs::temp_directory_path() / "zebcomn-test-XXXXXX").string();
   if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no scratch directory");
   path_ = pattern;
 }
 
 ScratchDir::~ScratchDir() {
+  OpenUp(path_);
   std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
+  fs::remove_all(path_, ignored);
 }
 
 std::string ScratchDir::Write(const std::string& name, const std::string& text) const {
-  const std::filesystem::path target = std::filesystem::path(path_) / name;
-  std::filesystem::create_directories(target.parent_path());
+  const fs::path target = fs::path(path_) / name;
+  fs::create_directories(target.parent_path());
   WriteFile(target.string(), text);
   return target.string();
 }
