@@ -9,6 +9,7 @@ when a target has no result at all.
 """
 import collections
 import pathlib
+import re
 import sys
 import xml.etree.ElementTree as ET
 
@@ -17,7 +18,7 @@ def reason_of(skipped):
     """The message of a skip; GoogleTest puts the place where it stands into the first line."""
     text = "" if skipped is None else skipped.get("message") or skipped.text or ""
     lines = [line.strip() for line in text.splitlines() if line.strip()]
-    if len(lines) > 1 and ".cpp:" in lines[0]:
+    if len(lines) > 1 and re.search(r"\.(cpp|h):\d+$", lines[0]):
         lines = lines[1:]
     return lines[0] if lines else "no reason given"
 
