@@ -2,6 +2,10 @@
 
 namespace zebcomn_test {
 
+const std::vector<std::string> kCommands = {
+    "interfaces",  "local-address",  "resolve",        "time", "guid",
+    "software-id", "plugin-version", "platform-match", "path", "keys"};
+
 CommandResult Zebinfo(std::vector<std::string> arguments,
                       const std::vector<std::pair<std::string, std::string>>& environment) {
   std::vector<std::pair<std::string, std::string>> all = {{"TZ", "UTC0"}, {"LANG", ""}};

@@ -10,6 +10,9 @@
 
 namespace zebcomn_test {
 
+/// The commands of zebinfo.
+extern const std::vector<std::string> kCommands;
+
 /// Runs the zebinfo of this build in UTC and without a language; `environment` is set on top.
 CommandResult Zebinfo(std::vector<std::string> arguments,
                       const std::vector<std::pair<std::string, std::string>>& environment = {});

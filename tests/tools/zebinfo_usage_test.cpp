@@ -14,10 +14,6 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-const std::vector<std::string> kCommands = {
-    "interfaces",  "local-address",  "resolve",        "time", "guid",
-    "software-id", "plugin-version", "platform-match", "path", "keys"};
-
 TEST(ZebinfoHelp, HasAnExampleOfEveryCommand) {
   const CommandResult help = Zebinfo({"--help"});
   EXPECT_EQ(help.exit_status, 0);

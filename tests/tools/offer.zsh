@@ -1,0 +1,35 @@
+# What zsh would offer for a command line: zsh -f offer.zsh COMPLETION-FILE WORD...
+#
+# Only a shell at a terminal completes, so one is started at a pseudo-terminal. It writes what it
+# offers into a file, and ends.
+zmodload zsh/zpty
+scratch=$(mktemp -d) || exit 1
+{
+  cat >$scratch/setup <<SETUP
+PROMPT= RPROMPT=
+fpath=(${(q)1:h} \$fpath)
+autoload -Uz compinit
+compinit -D -u
+bindkey '^I' complete-word
+compadd() {
+  # What a function of the system asks for itself is no offer.
+  if [[ \${@[1,(i)(-|--)]} == *-(O|A|D)\ * ]]; then builtin compadd "\$@"; return; fi
+  local -a hits
+  builtin compadd -O hits "\$@"
+  print -rl -- \$hits >>$scratch/offered
+  builtin compadd "\$@"
+}
+finish() { print >>$scratch/finished; exit }
+comppostfuncs=(finish)
+print ready
+SETUP
+  zpty shell zsh -f -i
+  zpty -w shell "source $scratch/setup"
+  while zpty -r shell line; do [[ $line == ready* ]] && break; done
+  zpty -w -n shell "${(j: :)@[2,-1]}"$'\t'
+  while zpty -r shell line; do :; done
+  [[ -e $scratch/finished ]] || { print -u2 "zsh completed nothing"; exit 1 }
+  [[ ! -e $scratch/offered ]] || cat $scratch/offered
+} always {
+  rm -rf $scratch
+}
