@@ -17,6 +17,9 @@
 /// own. No call touches `nErrno`.
 ///
 /// There is no lock: a list and its elements are for one thread at a time.
+///
+/// \par Example
+/// \include counted_list.c
 
 #include "zebcomn/export.h"
 #include "zebcomn/portable/types.h"
@@ -30,31 +33,43 @@ ZEBCOMN_EXPORT BOOL LinkedList_Init(void** lphLinkedList);
 
 /// Ends a list and sets the handle to null. The elements are left as they are. A null pointer and a
 /// null handle do nothing.
+/// \param lphLinkedList the handle.
 ZEBCOMN_EXPORT void LinkedList_End(void** lphLinkedList);
 
 /// Puts an element before the first one. Its two links are overwritten.
+/// \param hLinkedList the list.
+/// \param lpElement the element.
 /// \return 1, or 0 when the list or the element is null.
 ZEBCOMN_EXPORT BOOL LinkedList_AddHead(void* hLinkedList, void* lpElement);
 
 /// Puts an element after the last one. Its two links are overwritten.
+/// \param hLinkedList the list.
+/// \param lpElement the element.
 /// \return 1, or 0 when the list or the element is null.
 ZEBCOMN_EXPORT BOOL LinkedList_AddTail(void* hLinkedList, void* lpElement);
 
 /// Takes the last element out of the list. The element's own links keep their values.
+/// \param hLinkedList the list.
 /// \return the element, or null when the list is null or empty.
 ZEBCOMN_EXPORT void* LinkedList_RemoveTail(void* hLinkedList);
 
+/// Counts the elements.
+/// \param hLinkedList the list.
 /// \return how many elements the list holds.
 /// A null list fails the assertion "lpMain" (line 167).
 ZEBCOMN_EXPORT DWORD LinkedList_GetCount(void* hLinkedList);
 
 /// Finds the element at an index and leaves it in the list.
+/// \param hLinkedList the list.
+/// \param dwIndex counted from the head, from 0.
 /// \return the element, or null when the index is not below the count.
 /// The list must not be null: it is not tested. A null link on the way, which only a broken list
 /// has, fails the assertion "lpItem" (line 200).
 ZEBCOMN_EXPORT void* LinkedList_PeekAt(void* hLinkedList, DWORD dwIndex);
 
 /// Takes the element at an index out of the list. The element's own links keep their values.
+/// \param hLinkedList the list.
+/// \param dwIndex counted from the head, from 0.
 /// \return the element, or null when the list is null or the index is not below the count.
 /// A broken list fails an assertion: "lpMain->lpTail" (line 238) when the last element is asked for
 /// and there is no tail, "lpItem" (line 245) when a null link is met on the way.

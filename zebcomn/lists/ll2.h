@@ -12,6 +12,9 @@
 ///
 /// Nothing here locks: a list is for one thread at a time, or under a lock of the caller's. No call
 /// touches `nErrno`.
+///
+/// \par Example
+/// \include lists.c
 
 #include "zebcomn/export.h"
 #include "zebcomn/portable/types.h"
@@ -24,17 +27,24 @@ typedef struct tiLL2_element {
 
 ZEBCOMN_BEGIN_C
 
+/// Steps towards the tail.
+/// \param element an element or a sentinel.
 /// \return the element after `element`; null for null.
 ZEBCOMN_EXPORT tiLL2_element_t* tiLL2_XGetNext(const tiLL2_element_t* element);
 
+/// Steps towards the head.
+/// \param element an element or a sentinel.
 /// \return the element before `element`; null for null.
 ZEBCOMN_EXPORT tiLL2_element_t* tiLL2_XGetPrev(const tiLL2_element_t* element);
 
+/// Tells where a walk ends.
+/// \param element an element or a sentinel.
 /// \return 1 when `element` is null or the tail sentinel, which is where a walk ends, else 0.
 ZEBCOMN_EXPORT BOOL tiLL2_XIsEnd(const tiLL2_element_t* element);
 
 /// Joins the element's two neighbours. The element's own links keep their values, so removing it a
 /// second time would join them again. A link that is null is skipped; a null element does nothing.
+/// \param element the element.
 ZEBCOMN_EXPORT void tiLL2_XRemove(tiLL2_element_t* element);
 
 ZEBCOMN_END_C

@@ -18,6 +18,9 @@
 ///  - A request that waits returns when the lock has been handed to it and not before, whatever
 ///    signals arrive. No call is a cancellation point: a pending cancellation acts after it.
 ///  - A grant sees everything that earlier holders wrote.
+///
+/// \par Example
+/// \include lock.c
 
 #include "zebcomn/export.h"
 #include "zebcomn/lists/ll.h"
@@ -40,7 +43,7 @@ typedef struct tiSO_SELockRecord {
 
 /// The values of `tiSO_SELock_t::state`.
 enum {
-  TISO_STATE_CREATED = 1,
+  TISO_STATE_CREATED = 1,                    ///< Free since its creation.
   TISO_STATE_EXCLUSIVE_TAKEN = 2,            ///< Granted directly.
   TISO_STATE_EXCLUSIVE_TO_SHARED = 3,        ///< By tiSO_SELockExclusiveToShared().
   TISO_STATE_RELEASED = 4,                   ///< The last grant was given back.
@@ -66,10 +69,10 @@ typedef uint32_t (*tiSO_NotifyCallback_t)(uintptr_t first, uint32_t event_code, 
 
 /// A registration, taken with malloc().
 typedef struct tiSO_NotifyRecord {
-  tiLL_element_t link;
-  tiSO_NotifyCallback_t callback;
-  uintptr_t first;
-  uintptr_t second;
+  tiLL_element_t link;             ///< Its place in `notify_list`.
+  tiSO_NotifyCallback_t callback;  ///< Whom to tell.
+  uintptr_t first;                 ///< The callback's first argument.
+  uintptr_t second;                ///< The callback's third argument.
 } tiSO_NotifyRecord_t;
 
 /// Makes a free lock. The caller gives it back with tiSO_Release().
@@ -79,42 +82,60 @@ ZEBCOMN_EXPORT uint32_t tiSO_SELockCreate(tiSO_SELock_t** lock);
 
 /// Frees a lock, with the registrations that it still has; their callbacks are not called. Nobody
 /// may hold it or wait for it: that is not checked.
+/// \param lock the lock.
 ZEBCOMN_EXPORT void tiSO_Release(tiSO_SELock_t* lock);
 
 /// Asks for exclusive ownership. Granted when the lock is free or self owns it; each grant counts.
 /// A thread that holds the lock shared is not granted, and if it waits it waits for itself.
 /// Otherwise queued when `wait` is not 0: the newest queued request is served first.
+/// \param lock the lock.
+/// \param wait 0 = never wait.
 /// \return 1 granted, 0 refused.
 ZEBCOMN_EXPORT BOOL tiSO_SELockExclusive(tiSO_SELock_t* lock, BOOL wait);
 
 /// Asks for a shared grant, past queued exclusive requests: readers that overlap can keep writers
-/// out for ever. Granted unless another thread owns the lock. Otherwise queued when `wait` is not
-/// 0. \return 1 granted, 0 refused.
+/// out for ever. Granted unless another thread owns the lock. Otherwise queued when `wait` is
+/// not 0.
+/// \param lock the lock.
+/// \param wait 0 = never wait.
+/// \return 1 granted, 0 refused.
 ZEBCOMN_EXPORT BOOL tiSO_SELockSharedStarveExclusive(tiSO_SELock_t* lock, BOOL wait);
 
 /// Asks for a shared grant, behind queued exclusive requests: writers that overlap can keep readers
 /// out for ever. Granted when the lock is free, self owns it, or it is held shared and no exclusive
 /// request is queued. Otherwise queued when `wait` is not 0.
+/// \param lock the lock.
+/// \param wait 0 = never wait.
 /// \return 1 granted, 0 refused.
 ZEBCOMN_EXPORT BOOL tiSO_SELockSharedWaitForExclusive(tiSO_SELock_t* lock, BOOL wait);
 
 /// tiSO_SELockExclusive() when `exclusive` is not 0, else tiSO_SELockSharedWaitForExclusive().
+/// \param lock the lock.
+/// \param exclusive which of the two.
+/// \param wait 0 = never wait.
+/// \return 1 granted, 0 refused.
 ZEBCOMN_EXPORT BOOL tiSO_SELock(tiSO_SELock_t* lock, BOOL exclusive, BOOL wait);
 
 /// Turns exclusive ownership into shared holding and grants every queued shared request. All the
 /// owner's grants stay counted, now as shared ones. Queued exclusive requests go on waiting. That
 /// the caller is the owner is not checked.
+/// \param lock the lock.
 ZEBCOMN_EXPORT void tiSO_SELockExclusiveToShared(tiSO_SELock_t* lock);
 
 /// Gives one grant back. The last one frees the lock and hands it over at once: to the newest
 /// queued exclusive request; else to all queued shared requests; else it is offered to the
 /// registered callbacks (TISO_EVENT_FREE), the newest first, until one accepts. An accepted
 /// registration is freed and nothing is granted for it: its client asks for the lock itself.
+/// \param lock the lock.
 ZEBCOMN_EXPORT void tiSO_SELockRelease(tiSO_SELock_t* lock);
 
 /// Asks for exclusive ownership as tiSO_SELockExclusive() does, without waiting; when it is not
 /// granted, registers a callback to be told when the lock has become free. The same registration
 /// may be made several times. A null callback is not registered.
+/// \param lock the lock.
+/// \param callback whom to tell.
+/// \param first its first argument.
+/// \param second its third argument.
 /// \return 1 granted and nothing registered, 0 not granted.
 /// Ends the process with abort() when memory for the registration is exhausted.
 ZEBCOMN_EXPORT BOOL tiSO_SELockExclusiveNotify(tiSO_SELock_t* lock, tiSO_NotifyCallback_t callback,
@@ -125,6 +146,10 @@ ZEBCOMN_EXPORT BOOL tiSO_SELockExclusiveNotify(tiSO_SELock_t* lock, tiSO_NotifyC
 ///
 /// A withdrawn record is not freed: it belongs to the caller from then on, to be given to free().
 /// It was the first of `notify_list` right after its registration.
+/// \param lock the lock.
+/// \param callback as it was registered.
+/// \param first as it was registered.
+/// \param second as it was registered.
 /// \return 1 withdrawn, 0 none found.
 ZEBCOMN_EXPORT BOOL tiSO_SELockExclusiveUnnotify(tiSO_SELock_t* lock,
                                                  tiSO_NotifyCallback_t callback, uintptr_t first,

@@ -18,6 +18,9 @@
 ///    call reports through `nErrno`.
 ///  - Any thread may make any call, but for set-up and end: nobody else may use the list then. A
 ///    record must not be moved, since its sentinels point to each other.
+///
+/// \par Example
+/// \include lists.c
 
 #include "zebcomn/export.h"
 #include "zebcomn/lists/ll2.h"
@@ -28,7 +31,7 @@
 typedef struct tiSLL2 {
   tiLL2_element_t head;  ///< The head sentinel.
   tiLL2_element_t tail;  ///< The tail sentinel.
-  tiSO_SELock_t* lock;
+  tiSO_SELock_t* lock;   ///< Null when it could not be had.
 } tiSLL2_t;
 
 ZEBCOMN_BEGIN_C
@@ -40,38 +43,52 @@ ZEBCOMN_BEGIN_C
 ZEBCOMN_EXPORT uint32_t tiSLL2_Create(tiSLL2_t** list);
 
 /// Makes a record of the caller's an empty list. To be ended with tiSLL2_Uninit().
+/// \param list the record.
 /// \return 0, or 0x80000008 when there is no memory for the lock or `list` is null.
 ZEBCOMN_EXPORT uint32_t tiSLL2_Init(tiSLL2_t* list);
 
 /// Takes every element out of the list, without freeing it, and frees the list's lock.
+/// \param list a list that tiSLL2_Init() made.
 ZEBCOMN_EXPORT void tiSLL2_Uninit(tiSLL2_t* list);
 
 /// tiSLL2_Uninit(), then frees the record.
+/// \param list a list that tiSLL2_Create() made.
 ZEBCOMN_EXPORT void tiSLL2_Release(tiSLL2_t* list);
 
 /// Puts an element before the first one.
+/// \param list the list.
+/// \param element the element.
 ZEBCOMN_EXPORT void tiSLL2_XInsertHead(tiSLL2_t* list, tiLL2_element_t* element);
 
 /// Puts an element after the last one.
+/// \param list the list.
+/// \param element the element.
 ZEBCOMN_EXPORT void tiSLL2_XInsertTail(tiSLL2_t* list, tiLL2_element_t* element);
 
 /// Takes the first element out of the list. The element's own links keep their values.
+/// \param list the list.
 /// \return the element, or null when the list is empty.
 ZEBCOMN_EXPORT tiLL2_element_t* tiSLL2_XRemoveHead(tiSLL2_t* list);
 
 /// Takes the last element out of the list. The element's own links keep their values.
+/// \param list the list.
 /// \return the element, or null when the list is empty.
 ZEBCOMN_EXPORT tiLL2_element_t* tiSLL2_XRemoveTail(tiSLL2_t* list);
 
 /// Begins a walk: takes the lock with tiSO_SELock() and these flags.
+/// \param list the list.
+/// \param exclusive not 0 = the walk may change the list.
+/// \param wait 0 = never wait.
 /// \return with the lock held, the first element, which is the tail sentinel when the list is
 /// empty; null when the lock is refused or the record is null, and then nothing is held.
 ZEBCOMN_EXPORT tiLL2_element_t* tiSLL2_XGetHead(tiSLL2_t* list, BOOL exclusive, BOOL wait);
 
 /// Ends a walk: gives one grant of the lock back.
+/// \param list the list.
 ZEBCOMN_EXPORT void tiSLL2_LockRelease(tiSLL2_t* list);
 
 /// Looks under the shared lock, behind queued exclusive requests.
+/// \param list the list.
 /// \return 1 when the list is empty or the record is null, else 0.
 ZEBCOMN_EXPORT BOOL tiSLL2_IsEmpty(tiSLL2_t* list);
 

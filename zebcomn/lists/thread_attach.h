@@ -20,6 +20,9 @@
 /// begin again with tiSO_ProcessAttach.
 ///
 /// Where a call reads or writes the slot and there is none, `nErrno` becomes 22.
+///
+/// \par Example
+/// \include lock.c
 
 #include "zebcomn/export.h"
 #include "zebcomn/portable/types.h"
@@ -62,9 +65,11 @@ ZEBCOMN_EXPORT BOOL tiSO_ThreadAttachX(void);
 /// Does nothing; the counterpart of tiSO_ThreadAttachX.
 ZEBCOMN_EXPORT void tiSO_ThreadDetachX(void);
 
+/// The identity of the calling thread.
 /// \return the calling thread's identity, or TISO_NO_THREAD when it is not attached.
 ZEBCOMN_EXPORT uintptr_t tiSO_GetThread(void);
 
+/// Looks into the identity slot, for diagnosis.
 /// \return what the slot holds for the calling thread: 0 when nothing was ever stored,
 /// TISO_NO_THREAD after a detach, else its identity.
 ZEBCOMN_EXPORT uintptr_t tiSO_DbgGetThread(void);

@@ -5,6 +5,9 @@
 /// The names under which the network knows this host. Both calls ask the system and the resolver
 /// anew each time, block as long as the resolver does, touch no error state, and may be made from
 /// any thread. A lack of memory gives the empty text.
+///
+/// \par Example
+/// \include network.cpp
 
 #include <string>
 

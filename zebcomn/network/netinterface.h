@@ -11,6 +11,9 @@
 /// object files hold the names of the non-const ones. Filling a list and looking up in it report a
 /// lack of memory as their failure result; a getter or `setOption` throws std::bad_alloc, as the
 /// standard containers do.
+///
+/// \par Example
+/// \include network.cpp
 
 #include <map>
 #include <string>
@@ -43,14 +46,22 @@ class IPAddress {
 
   /// Writes the text that `param` selects. A `param` that selects no text (`IP_FAMILY` too) is
   /// ignored.
+  /// \param param the field.
+  /// \param value its new text.
   ZEBCOMN_EXPORT void setOption(IP_PARAM param, std::string value);
   /// Writes the family when `param` is `IP_FAMILY`; any other `param` is ignored.
+  /// \param param the field.
+  /// \param value 2 for IPv4, 10 for IPv6.
   ZEBCOMN_EXPORT void setOption(IP_PARAM param, unsigned int value);
 
+  /// The address. \return the text, or "".
   ZEBCOMN_EXPORT std::string getIPAddress();
+  /// The subnet mask. \return the text, or "".
   ZEBCOMN_EXPORT std::string getSubNetMask();
+  /// The subnet's address. \return the text, or "".
   ZEBCOMN_EXPORT std::string getSubNetAddr();
-  /// 2 for IPv4, 10 for IPv6 (Linux's AF_INET and AF_INET6), 0 when it was never set.
+  /// The address family.
+  /// \return 2 for IPv4, 10 for IPv6 (Linux's AF_INET and AF_INET6), 0 when it was never set.
   ZEBCOMN_EXPORT unsigned int getIPFamily();
 
  private:
@@ -70,18 +81,28 @@ class NetInterface {
 
   /// Writes the hardware address (`NETINTERFACE_MACADDRESS`) or the name
   /// (`NETINTERFACE_INDEXNAME`); any other `param` is ignored.
+  /// \param param the field.
+  /// \param value its new text.
   ZEBCOMN_EXPORT void setOption(NETINTERFACE_PARAM param, std::string value);
   /// Writes the index when `param` is `NETINTERFACE_INDEX`; any other `param` is ignored.
+  /// \param param the field.
+  /// \param value the interface's index.
   ZEBCOMN_EXPORT void setOption(NETINTERFACE_PARAM param, unsigned int value);
   /// Appends a copy of `value` when `param` is `NETINTERFACE_IPADDRESS`, also when an equal address
   /// is there already; any other `param` is ignored.
+  /// \param param the field.
+  /// \param value the address.
   ZEBCOMN_EXPORT void setOption(NETINTERFACE_PARAM param, const IPAddress& value);
 
+  /// The interface's addresses. \return a copy of all of them.
   ZEBCOMN_EXPORT std::vector<IPAddress> getIPAddress();
-  /// 12 lower-case hexadecimal digits without separators, or "".
+  /// The hardware address.
+  /// \return 12 lower-case hexadecimal digits without separators, or "".
   ZEBCOMN_EXPORT std::string getMACAddress();
   /// The interface's name, such as "eth0".
+  /// \return the name, or "".
   ZEBCOMN_EXPORT std::string getIndexName();
+  /// The interface's index, as the system counts them. \return the index; 0 when it was never set.
   ZEBCOMN_EXPORT unsigned int getIndex();
 
  private:
@@ -98,6 +119,7 @@ class NetInterface {
 class NetInterfaceList {
  public:
   /// An empty list. `include_loopback` says whether filling it keeps loopback interfaces.
+  /// \param include_loopback true keeps them.
   ZEBCOMN_EXPORT explicit NetInterfaceList(bool include_loopback);
 
   /// Adds every usable address of the host. An address is used when its interface is up, its family
@@ -109,11 +131,16 @@ class NetInterfaceList {
 
   /// The entry under `index`, which is created empty when there is none; the index field of a
   /// created entry is 0 until the caller sets it. The reference is good for the list's life.
+  /// \param index the interface's index.
+  /// \return the entry, which stays the list's.
   ZEBCOMN_EXPORT NetInterface& getNetInterface(const unsigned int& index);
   /// Copies the entry under `index` to `out`.
+  /// \param index the interface's index.
+  /// \param[out] out a copy of the entry.
   /// \return 1, or 0 when there is no such entry; `out` is untouched then.
   ZEBCOMN_EXPORT int getNetInterface(unsigned int index, NetInterface& out);
   /// Every index of the list, ascending.
+  /// \return the indexes.
   ZEBCOMN_EXPORT std::vector<unsigned int> getIndexes();
 
  private:
@@ -124,12 +151,15 @@ class NetInterfaceList {
 };
 
 /// Fills `list` from the host (`NetInterfaceList::initialize`); it is not cleared first.
+/// \param list gets the addresses.
 /// \return true when at least one address was added.
 ZEBCOMN_EXPORT bool getNetInterfacesList(NetInterfaceList& list);
 
 /// Finds the interface that has `address`, by ascending index and then in address order. Texts are
 /// compared exactly: a shortened IPv6 text, or one in capitals, matches nothing.
 /// \param[out] out a copy of the whole interface; untouched when nothing matches.
+/// \param address the address text.
+/// \param list where to look.
 /// \return 1 when it was found, else 0.
 ZEBCOMN_EXPORT int getNetInterfaceFromIPAddress(NetInterface& out, const std::string& address,
                                                 NetInterfaceList& list);
@@ -137,6 +167,8 @@ ZEBCOMN_EXPORT int getNetInterfaceFromIPAddress(NetInterface& out, const std::st
 /// Finds the hardware address of the interface that has `address`, as
 /// `getNetInterfaceFromIPAddress` does.
 /// \param[out] mac the hardware address text; untouched when nothing matches.
+/// \param address the address text.
+/// \param list where to look.
 /// \return 1 when it was found, else 0.
 ZEBCOMN_EXPORT int getMACAddressFromIPAddress(std::string& mac, const std::string& address,
                                               NetInterfaceList& list);

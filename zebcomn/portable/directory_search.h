@@ -10,6 +10,9 @@
 ///  - Any number of threads may search at once; one search is for one thread at a time.
 ///  - A null argument is refused with 22 in `nErrno`.
 ///  - "." and ".." are entries like any other. The order is that of the file system.
+///
+/// \par Example
+/// \include files_and_search.c
 
 #include <dirent.h>
 
@@ -36,7 +39,7 @@ typedef struct TivFindData {
 
 /// One open search. Callers may look at it; only the library changes it.
 typedef struct TivSearchRecord {
-  DIR* stream;
+  DIR* stream;                                ///< What `opendir` gave.
   char pattern[ZEBCOMN_PATH_CAPACITY + 1];    ///< Pattern of the names, cut at 260 bytes.
   char directory[ZEBCOMN_PATH_CAPACITY + 1];  ///< With its last "/", cut at 260 bytes; or ".".
 } TivSearchRecord;
@@ -67,6 +70,7 @@ ZEBCOMN_EXPORT BOOL tivFindNextDirEnt(int32_t id, TivFindData* data);
 
 /// Ends a search.
 ///
+/// \param[in] id An open search.
 /// \return TRUE; FALSE when the directory does not close properly (the search has ended all the
 ///   same, `nErrno` is left alone), and for an id that is no open search (22).
 ZEBCOMN_EXPORT BOOL tivFindCloseDirEnt(int32_t id);
@@ -78,6 +82,9 @@ ZEBCOMN_EXPORT BOOL tivFindCloseDirEnt(int32_t id);
 /// On a 32-bit host `entry` is in the form for large files: a caller that passes an entry of its
 /// own is compiled with `_FILE_OFFSET_BITS=64`, as the library is.
 ///
+/// \param[out] data Receives the entry.
+/// \param[in] entry The entry; its name is at most 255 bytes, NUL-terminated.
+/// \param[in] directory Path of the directory that holds it.
 /// \return `data`; null with 22 in `nErrno` when an argument is null.
 ZEBCOMN_EXPORT TivFindData* tivSetFindDataDirEnt(TivFindData* data, const struct dirent* entry,
                                                  const char* directory);

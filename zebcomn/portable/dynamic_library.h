@@ -15,6 +15,9 @@
 ///    process-wide text: empty, or the reason of a failure. The text is the library's; the next
 ///    call of the same function, in any thread, overwrites it.
 ///  - Any number of threads may call.
+///
+/// \par Example
+/// \include dynamic_libraries.c
 
 #include <stddef.h>
 
@@ -28,9 +31,9 @@ enum {
   TIV_LIBRARY_NAME_CAPACITY = 264  ///< Bytes of a record's name field.
 };
 
-/// The reasons that a "DllMain" is given.
-#define TIV_PROCESS_DETACH ((DWORD)0)
-#define TIV_PROCESS_ATTACH ((DWORD)1)
+// The reasons that a "DllMain" is given.
+#define TIV_PROCESS_DETACH ((DWORD)0)  ///< The module is about to be unloaded.
+#define TIV_PROCESS_ATTACH ((DWORD)1)  ///< The module has been loaded.
 
 /// What a module exports as "DllMain". The last argument is always null. The result is read for
 /// TIV_PROCESS_ATTACH only: anything but 1 refuses the load.
@@ -71,10 +74,15 @@ ZEBCOMN_EXPORT void* tivLoadLibrary(const char* lpLibFileName, const char** ppMe
 /// The name is converted to UTF-8 up to the first character that UTF-8 does not have (a surrogate),
 /// and what is before that is loaded. A name of which nothing can be converted gives null with the
 /// message "out of memory". The message is converted only when `ppMessage` is given.
+/// \param[in] lpLibFileName File name, NUL-terminated.
+/// \param[out] ppMessage May be null. As for tivLoadLibrary(), in a buffer of its own.
+/// \return As tivLoadLibrary().
 ZEBCOMN_EXPORT void* tivLoadLibraryW(const wchar_t* lpLibFileName, const wchar_t** ppMessage);
 
 /// Looks up a symbol in a module, or in any other object that `dlopen` gave.
 ///
+/// \param[in] hModule The handle.
+/// \param[in] lpProcName The symbol's name.
 /// \param[out] ppMessage  May be null. See above: empty, or the loader's own text.
 /// \return The symbol's address; null when there is none, and for a null handle or name (22 in
 ///   `nErrno`).
@@ -84,11 +92,16 @@ ZEBCOMN_EXPORT void* tivGetProcAddress(void* hModule, const char* lpProcName,
 /// Gives back one load. The last one tells "DllMain", unloads the module and frees its entry, also
 /// when the unloading fails.
 ///
+/// \param[in] hLibModule A handle that tivLoadLibrary() or tivLoadLibraryW() gave.
 /// \return TRUE; FALSE when unloading fails (`nErrno` is left alone), for a handle that is not in
 ///   the table (22), and when the table's lock cannot be had (16).
 ZEBCOMN_EXPORT BOOL tivFreeLibrary(void* hLibModule);
 
 /// Calls the module's "loadString" with the same four arguments.
+/// \param[in] hInstance The module.
+/// \param[in] uID The text's number.
+/// \param[out] lpBuffer For the module to fill.
+/// \param[in] nBufferMax Its capacity, as the module counts it.
 /// \return Its result; 0 when the module exports none. A null handle is refused (22 in `nErrno`).
 ZEBCOMN_EXPORT int32_t tivLoadString(void* hInstance, UINT uID, char* lpBuffer, int32_t nBufferMax);
 
@@ -97,6 +110,7 @@ ZEBCOMN_EXPORT int32_t tivLoadString(void* hInstance, UINT uID, char* lpBuffer, 
 /// It finds nothing for the handle that a "DllMain" is given at its load, because the entry is
 /// filled after that. `MutexDynamicLibraryList` is not taken: a "DllMain" may call it.
 ///
+/// \param[in] hLibModule The module.
 /// \return TRUE; FALSE for a handle that is null or not in the table. `nErrno` is left alone.
 ZEBCOMN_EXPORT BOOL tivDisableThreadLibraryCalls(void* hLibModule);
 

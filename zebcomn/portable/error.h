@@ -3,6 +3,9 @@
 
 /// \file
 /// The error slot of the portability layer and the Windows-style last error. C11 and C++17.
+///
+/// \par Example
+/// \include events_and_waits.c
 
 #include "zebcomn/export.h"
 #include "zebcomn/portable/types.h"
@@ -32,6 +35,7 @@ extern ZEBCOMN_EXPORT int32_t nErrno;
 /// | anything else                 | 0x80000008 |
 ///
 /// The codes are the agent's own: several of them mean something else on Windows.
+/// \return the code from the table.
 ZEBCOMN_EXPORT DWORD tivGetLastError(void);
 
 ZEBCOMN_END_C

@@ -3,6 +3,9 @@
 
 /// \file
 /// Manual-reset events. C11 and C++17. The rules of all handles stand in handle.h.
+///
+/// \par Example
+/// \include events_and_waits.c
 
 #include "zebcomn/export.h"
 #include "zebcomn/portable/types.h"
@@ -21,15 +24,18 @@ ZEBCOMN_BEGIN_C
 ZEBCOMN_EXPORT HANDLE tivCreateEvent(void* lpEventAttributes, BOOL bManualReset, BOOL bInitialState,
                                      const char* lpName);
 
-/// Makes the handle signalled and wakes all its waiters. Null and all-ones give FALSE with `nErrno`
-/// 22. The type is not looked at: a thread or mutex handle is made signalled just the same.
+/// Makes the handle signalled and wakes all its waiters. Null and all-ones give FALSE with
+/// `nErrno` 22. The type is not looked at: a thread or mutex handle is made signalled just the
+/// same.
 ///
+/// \param hEvent an event, or any other live handle.
 /// \return TRUE, or FALSE when a pthread call fails.
 ZEBCOMN_EXPORT BOOL tivSetEvent(HANDLE hEvent);
 
 /// Makes the handle not signalled; nobody is woken. Null gives FALSE with `nErrno` 22; all-ones is
 /// not screened. The type is not looked at.
 ///
+/// \param hEvent an event, or any other live handle.
 /// \return TRUE, or FALSE when a pthread call fails.
 ZEBCOMN_EXPORT BOOL tivResetEvent(HANDLE hEvent);
 

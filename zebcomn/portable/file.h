@@ -11,16 +11,19 @@
 ///  - A system call that fails leaves `nErrno` alone and its reason in the C `errno`, for
 ///    tivGetLastError().
 ///  - The calls take no lock: threads may share a handle as they may share a file descriptor.
+///
+/// \par Example
+/// \include files_and_search.c
 
 #include "zebcomn/export.h"
 #include "zebcomn/portable/types.h"
 
 ZEBCOMN_BEGIN_C
 
-/// Desired access: exactly one of these.
-#define TIV_ACCESS_READ ((DWORD)0x80000000u)
-#define TIV_ACCESS_WRITE ((DWORD)0x40000000u)
-#define TIV_ACCESS_READ_WRITE ((DWORD)0xC0000000u)
+// Desired access: exactly one of these.
+#define TIV_ACCESS_READ ((DWORD)0x80000000u)        ///< To read only.
+#define TIV_ACCESS_WRITE ((DWORD)0x40000000u)       ///< To write only.
+#define TIV_ACCESS_READ_WRITE ((DWORD)0xC0000000u)  ///< Both.
 
 /// Creation disposition: exactly one of these.
 enum {
@@ -30,9 +33,9 @@ enum {
   TIV_OPEN_ALWAYS = 4     ///< It is made when it does not exist.
 };
 
-/// Flags and attributes: exactly one of these, or 0, which is the same as normal.
-#define TIV_FLAG_NORMAL ((DWORD)0x80u)
-#define TIV_FLAG_DELETE_ON_CLOSE ((DWORD)0x04000000u)
+// Flags and attributes: exactly one of these, or 0, which is the same as normal.
+#define TIV_FLAG_NORMAL ((DWORD)0x80u)                 ///< The file stays.
+#define TIV_FLAG_DELETE_ON_CLOSE ((DWORD)0x04000000u)  ///< Its path is removed by the close.
 
 /// Opens or makes a file; a new one gets the mode 0660 less the process's file mask.
 ///
@@ -55,7 +58,9 @@ ZEBCOMN_EXPORT HANDLE tivCreateFileAW(const char* path, DWORD dwDesiredAccess, D
 /// Reads once, up to `nNumberOfBytesToRead` bytes, from the current position. The end of the file
 /// is a success with 0 bytes.
 ///
+/// \param[in] hFile The file.
 /// \param[out] lpBuffer             Receives the bytes.
+/// \param[in] nNumberOfBytesToRead Capacity of `lpBuffer` in bytes.
 /// \param[out] lpNumberOfBytesRead  Receives their number. Untouched on failure.
 /// \param[in]  lpOverlapped         Ignored.
 /// \return TRUE; FALSE when the read fails, and for a refused handle or a null count (22).
@@ -64,6 +69,9 @@ ZEBCOMN_EXPORT BOOL tivReadFile(HANDLE hFile, void* lpBuffer, DWORD nNumberOfByt
 
 /// Writes once, up to `nNumberOfBytesToWrite` bytes, at the current position.
 ///
+/// \param[in] hFile The file.
+/// \param[in] lpBuffer The bytes.
+/// \param[in] nNumberOfBytesToWrite Their number.
 /// \param[out] lpNumberOfBytesWritten  Receives how many were written, which can be fewer.
 ///                                     Untouched on failure.
 /// \return TRUE; FALSE when the write fails, and for a refused handle or a null count (22).
@@ -94,6 +102,7 @@ ZEBCOMN_EXPORT BOOL tivSetEndOfFile(HANDLE hFile);
 /// file of 70,000 bytes has the high part 1. A size whose low 32 bits are all ones reads as
 /// failure.
 ///
+/// \param[in] hFile The file.
 /// \param[out] lpFileSizeHigh  May be null. Receives the size divided by 65535, its low 32 bits.
 ///                             Untouched on failure.
 /// \return The low 32 bits of the size; 0xFFFFFFFF on failure, and for a refused handle (22).

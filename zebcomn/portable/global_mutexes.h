@@ -4,6 +4,9 @@
 /// \file
 /// The process-wide locks of the portability layer. C11 and C++17. They are ready from the start of
 /// the process and are never destroyed. No call of the library holds two of them at once.
+///
+/// \par Example
+/// \include threads_and_tls.c
 
 #include <pthread.h>
 

@@ -4,6 +4,9 @@
 /// \file
 /// Time-based GUIDs: version 1, 16 bytes in big-endian order, and their text form. C11 and C++17.
 /// `nErrno` is left alone.
+///
+/// \par Example
+/// \include numbers_guids_clocks.c
 
 #include <stdint.h>
 

@@ -11,6 +11,9 @@
 ///  - A handle belongs to its creator until tivCloseHandle(). Nothing else takes a reference.
 ///  - Any thread may make any call on any live handle.
 ///  - A failing pthread call gives the failure result and leaves `nErrno` alone.
+///
+/// \par Example
+/// \include events_and_waits.c
 
 #include <pthread.h>
 
@@ -53,10 +56,11 @@ extern ZEBCOMN_EXPORT int32_t bDummyThreadSignalled;
 ///    `bDummyThreadSignalled`;
 ///  - event or mutex frees it. A mutex may be owned; nobody may be waiting.
 ///
+/// \param hObject the handle.
 /// \return TRUE; FALSE when a lock, an unlock, the close() or the remove() fails, or when the
-/// record
-///   has an unknown type. After FALSE nothing has been freed; when the lock was not what failed,
-///   the count has gone down all the same, so that another close gives TRUE and frees nothing.
+///   record has an unknown type. After FALSE nothing has been freed; when the lock was not what
+///   failed, the count has gone down all the same, so that another close gives TRUE and frees
+///   nothing.
 /// `nErrno` is left alone.
 ZEBCOMN_EXPORT BOOL tivCloseHandle(HANDLE hObject);
 

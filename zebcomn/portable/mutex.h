@@ -9,6 +9,9 @@
 /// else's. A waiter that wakes while another thread has already taken the mutex blocks with the
 /// record locked, and the owner's release then blocks too: threads must not contend for one mutex
 /// handle.
+///
+/// \par Example
+/// \include events_and_waits.c
 
 #include "zebcomn/export.h"
 #include "zebcomn/portable/types.h"
@@ -27,10 +30,15 @@ ZEBCOMN_EXPORT HANDLE tivCreateMutex(void* lpMutexAttributes, BOOL bInitialOwner
                                      const char* lpName);
 
 /// Not supported: always null, and `nErrno` is left alone.
+/// \param dwDesiredAccess ignored.
+/// \param bInheritHandle ignored.
+/// \param lpName ignored.
+/// \return null.
 ZEBCOMN_EXPORT HANDLE tivOpenMutex(DWORD dwDesiredAccess, BOOL bInheritHandle, const char* lpName);
 
 /// Gives up ownership and wakes all waiters. The caller must own the mutex; this is not checked.
 ///
+/// \param hMutex a mutex that a wait, or its creation, has given to the caller.
 /// \return TRUE; FALSE for null (`nErrno` as it was), for a handle of another type (`nErrno` 22),
 ///   and when a pthread call fails.
 ZEBCOMN_EXPORT BOOL tivReleaseMutex(HANDLE hMutex);

@@ -4,6 +4,9 @@
 /// \file
 /// Loading a shared object without a table and without an entry routine. C11 and C++17. `nErrno` is
 /// left alone; any number of threads may call.
+///
+/// \par Example
+/// \include dynamic_libraries.c
 
 #include "zebcomn/export.h"
 #include "zebcomn/portable/types.h"
@@ -23,6 +26,7 @@ ZEBCOMN_BEGIN_C
 ZEBCOMN_EXPORT BOOL load_shared_object_image(void** handle, const char* name, char* message);
 
 /// Gives back what load_shared_object_image() loaded.
+/// \param handle What load_shared_object_image() gave.
 /// \return 1, or 0 when the loader refuses the handle or it is null.
 ZEBCOMN_EXPORT BOOL unload_shared_object_image(void* handle);
 

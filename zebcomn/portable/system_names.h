@@ -4,19 +4,26 @@
 /// \file
 /// Names of the system that Windows-shaped callers ask for, and two stubs. C11 and C++17. Any
 /// number of threads may call; `nErrno` is left alone.
+///
+/// \par Example
+/// \include numbers_guids_clocks.c
 
 #include "zebcomn/export.h"
 #include "zebcomn/portable/types.h"
 
 ZEBCOMN_BEGIN_C
 
-/// The fixed directories "/opt" and "/usr".
+/// The fixed directory "/opt".
 /// \param[out] buffer  Receives the text; the rest of the buffer is filled with NULs.
 /// \param[in]  length  Capacity of `buffer` in bytes, NUL included.
 /// \return The length of the text, without its NUL; when `length` is too small the capacity that
 ///         is needed, and then nothing is written; 0 for a null buffer that would have been large
 ///         enough.
 ZEBCOMN_EXPORT UINT tivGetWindowsDirectory(char* buffer, UINT length);
+/// The fixed directory "/usr".
+/// \param[out] buffer As for tivGetWindowsDirectory().
+/// \param[in] length As for tivGetWindowsDirectory().
+/// \return As for tivGetWindowsDirectory().
 ZEBCOMN_EXPORT UINT tivGetSystemDirectory(char* buffer, UINT length);
 
 /// The host's node name.
@@ -28,9 +35,15 @@ ZEBCOMN_EXPORT UINT tivGetSystemDirectory(char* buffer, UINT length);
 ZEBCOMN_EXPORT BOOL tivGetComputerName(char* buffer, DWORD* size);
 
 /// Always TRUE: there is no message to translate.
+/// \param message Ignored.
+/// \return TRUE.
 ZEBCOMN_EXPORT BOOL tivTranslateMessage(const void* message);
 
 /// Always 0: no name is produced, and the arguments are ignored.
+/// \param handle Ignored.
+/// \param buffer Ignored.
+/// \param size Ignored.
+/// \return 0.
 ZEBCOMN_EXPORT DWORD tivGetModuleFileName(HANDLE handle, char* buffer, DWORD size);
 
 ZEBCOMN_END_C

@@ -9,6 +9,9 @@
 /// earlier lets the thread run on by itself.
 ///
 /// WARNING: the end of such a thread frees every slot of tls.h that this process has allocated.
+///
+/// \par Example
+/// \include threads_and_tls.c
 
 #include <pthread.h>
 
@@ -26,8 +29,8 @@ typedef struct TivThreadStartBlock {
   pthread_cond_t* pCond;    ///< The handle record's `cond`.
   /// The handle record's `bSignalled`; `bDummyThreadSignalled` once the handle has been closed.
   int32_t* pbSignalled;
-  TivThreadRoutine pfnStart;
-  void* pParam;  ///< The argument of `pfnStart`.
+  TivThreadRoutine pfnStart;  ///< The thread's routine.
+  void* pParam;               ///< The argument of `pfnStart`.
 } TivThreadStartBlock;
 
 /// Starts a thread. The handle belongs to the caller until tivCloseHandle().
@@ -46,6 +49,13 @@ ZEBCOMN_EXPORT HANDLE tivBeginThread(void* lpThreadAttributes, DWORD dwStackSize
                                      DWORD dwCreationFlags, DWORD* lpThreadId);
 
 /// As tivBeginThread(), but a failure gives null.
+/// \param lpThreadAttributes ignored.
+/// \param dwStackSize ignored.
+/// \param lpStartAddress the routine.
+/// \param lpParameter its argument.
+/// \param dwCreationFlags ignored.
+/// \param lpThreadId may be null; receives 0.
+/// \return the handle, or null, with `nErrno` as tivBeginThread() leaves it.
 ZEBCOMN_EXPORT HANDLE tivCreateThread(void* lpThreadAttributes, DWORD dwStackSize,
                                       TivThreadRoutine lpStartAddress, void* lpParameter,
                                       DWORD dwCreationFlags, DWORD* lpThreadId);
@@ -60,9 +70,11 @@ ZEBCOMN_EXPORT void* tivThreadJuggle(void* pStartBlock);
 /// The end of every thread: frees the process's TLS slots, makes the thread's handle signalled and
 /// wakes its waiters (or stores 1 in `bDummyThreadSignalled` when the handle has been closed), and
 /// frees the start block. Null does nothing.
+/// \param pStartBlock a `TivThreadStartBlock`; the call takes it over.
 ZEBCOMN_EXPORT void tivCleanupThread(void* pStartBlock);
 
 /// A hook for scheduling, called with each new thread's handle. It does nothing on this platform.
+/// \param hThread ignored.
 ZEBCOMN_EXPORT void set_pthread_sched_param(HANDLE hThread);
 
 ZEBCOMN_END_C

@@ -8,6 +8,9 @@
 /// WARNING: when a thread that tivCreateThread() or tivBeginThread() started ends, every slot that
 /// this process has allocated is freed, whoever allocated it. Keep slots only in a process whose
 /// threads of this kind never end, or allocate anew.
+///
+/// \par Example
+/// \include threads_and_tls.c
 
 #include <pthread.h>
 
@@ -38,20 +41,24 @@ ZEBCOMN_EXPORT DWORD tivTlsAlloc(void);
 
 /// Frees a slot. The values are lost, not freed.
 ///
+/// \param dwTlsIndex the slot's index.
 /// \return TRUE; FALSE with `nErrno` 22 for an index out of range or a free slot; FALSE with
-/// `nErrno`
-///   as it was when the system refuses to delete the key: the slot is free then all the same.
+///   `nErrno` as it was when the system refuses to delete the key: the slot is free then all the
+///   same.
 ZEBCOMN_EXPORT BOOL tivTlsFree(DWORD dwTlsIndex);
 
 /// Sets the calling thread's value of a slot.
 ///
+/// \param dwTlsIndex the slot's index.
+/// \param lpTlsValue the value; what it points to stays the caller's.
 /// \return TRUE; FALSE with `nErrno` 22 for an index out of range or a free slot; FALSE with
-/// `nErrno`
-///   as it was when the system cannot store the value.
+///   `nErrno` as it was when the system cannot store the value.
 ZEBCOMN_EXPORT BOOL tivTlsSetValue(DWORD dwTlsIndex, void* lpTlsValue);
 
 /// The calling thread's value of a slot; null when it was never set. Null with `nErrno` 22 for an
 /// index out of range or a free slot.
+/// \param dwTlsIndex the slot's index.
+/// \return the value, or null.
 ZEBCOMN_EXPORT void* tivTlsGetValue(DWORD dwTlsIndex);
 
 ZEBCOMN_END_C

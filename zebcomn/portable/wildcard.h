@@ -3,6 +3,9 @@
 
 /// \file
 /// Wildcard patterns of the directory search. C11 and C++17.
+///
+/// \par Example
+/// \include files_and_search.c
 
 #include <stdint.h>
 

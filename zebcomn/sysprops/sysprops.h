@@ -8,6 +8,9 @@
 /// Nothing is cached: every aggregation and every lookup of a known name collects again. What a
 /// collection does not write keeps the value of the one before, on the same object. No call here
 /// logs or touches the last error; a lack of memory is reported as std::bad_alloc.
+///
+/// \par Example
+/// \include system_properties.cpp
 
 #include <map>
 #include <string>
@@ -21,51 +24,72 @@ namespace quenty_com::pelu::sysprops {
 /// Property name to value, ordered by name.
 using PropertyMap = std::map<std::wstring, std::wstring>;
 
-/// One object serves one thread at a time; separate objects may collect at once. Member functions
-/// are not const because callers' object files hold the names of the non-const ones.
+/// The collected properties of this machine. One object serves one thread at a time; separate
+/// objects may collect at once. Member functions are not const because callers' object files hold
+/// the names of the non-const ones.
 class ISysProps {
  public:
+  /// Every record as its constructor leaves it.
   ZEBCOMN_EXPORT ISysProps();
+  /// Ends the object; what it has given stays the caller's.
   ZEBCOMN_EXPORT ~ISysProps();
 
   /// Collects everything. `props` is emptied and gets the 29 properties other than "IsPortable",
   /// and two more for each file system, such as FileSystem"/var" Total_Disk_Space_in_MB and
   /// FileSystem"/var" Free_Disk_Space_in_MB.
+  /// \param[out] props the properties.
   /// \return 1, also where a collector failed.
   ZEBCOMN_EXPORT int GetAllSystemProperties(PropertyMap& props);
   /// Collects everything. `props` is emptied and gets all 30 properties, none of them of a single
   /// file system; the contents of `fileSystems` are replaced by the file systems.
+  /// \param[out] props the properties.
+  /// \param[out] fileSystems the file systems.
   /// \return 1, also where a collector failed.
   ZEBCOMN_EXPORT int GetAllSystemProperties(PropertyMap& props, FileSystemMap& fileSystems);
 
   /// Collects the group of `name` and gives the value of that property.
+  /// \param name the property's name.
   /// \return the value; empty, and nothing collected, when no group test accepts `name`. That goes
   ///     for "NumberOfFileSystems" too: use `GetOneDiskProperty` for it.
   ZEBCOMN_EXPORT std::wstring GetOneSystemProperty(const std::wstring& name);
 
   /// Whether `name` is exactly the name of a property of the group. "NumberOfFileSystems" and
   /// "SystemInfo" belong to none.
+  /// \param name the name.
+  /// \return true or false.
   ZEBCOMN_EXPORT bool IsNetworkProperty(const std::wstring& name);
+  /// \copydoc IsNetworkProperty
   ZEBCOMN_EXPORT bool IsCPUProperty(const std::wstring& name);
+  /// \copydoc IsNetworkProperty
   ZEBCOMN_EXPORT bool IsOSProperty(const std::wstring& name);
+  /// \copydoc IsNetworkProperty
   ZEBCOMN_EXPORT bool IsMemoryProperty(const std::wstring& name);
+  /// \copydoc IsNetworkProperty
   ZEBCOMN_EXPORT bool IsDiskProperty(const std::wstring& name);
+  /// \copydoc IsNetworkProperty
   ZEBCOMN_EXPORT bool IsMiscProperty(const std::wstring& name);
 
   /// Collects the one group, whatever `name` is, and gives the value of that property.
+  /// \param name the property's name.
   /// \return the value, or "N/A" when the group does not know `name`. The disk group knows
   ///     "NumberOfFileSystems".
   ZEBCOMN_EXPORT std::wstring GetOneNetworkProperty(const std::wstring& name);
+  /// \copydoc GetOneNetworkProperty
   ZEBCOMN_EXPORT std::wstring GetOneCPUProperty(const std::wstring& name);
+  /// \copydoc GetOneNetworkProperty
   ZEBCOMN_EXPORT std::wstring GetOneMemoryProperty(const std::wstring& name);
+  /// \copydoc GetOneNetworkProperty
   ZEBCOMN_EXPORT std::wstring GetOneDiskProperty(const std::wstring& name);
+  /// \copydoc GetOneNetworkProperty
   ZEBCOMN_EXPORT std::wstring GetOneMiscProperty(const std::wstring& name);
+  /// \copydoc GetOneNetworkProperty
   ZEBCOMN_EXPORT std::wstring GetOneOSProperty(const std::wstring& name);
 
   /// Host, domain and fully qualified name, and the local address with its subnet and hardware
   /// address. The address is the last known local IP where an interface has it, otherwise the first
   /// one of its family (IPv4 when none is known) by ascending interface index, otherwise the first
   /// interface's first; loopback does not count.
+  /// \param[out] info the record.
   /// \return 1, or 0 when there is no interface with an address; the names are written then, the
   ///     address fields are not.
   ZEBCOMN_EXPORT int GetNetworkInformation(NetworkInformation& info);
@@ -74,11 +98,13 @@ class ISysProps {
   /// ":" of the last lines that hold "model" and "MHz". The reading ends at a line of more than
   /// 2047 characters; the fields then take what the lines before it give. A missing file gives
   /// empty texts and the number 0.
+  /// \param[out] info the record.
   /// \return 1.
   ZEBCOMN_EXPORT int GetCPUInformation(CPUInformation& info);
 
   /// Reads "/proc/meminfo", with the same rules, and writes the total and the free memory in bytes;
   /// a number that is missing is 0.
+  /// \param[out] info the record.
   /// \return 1.
   ZEBCOMN_EXPORT int GetMemoryInformation(MemoryInformation& info);
 
@@ -86,6 +112,7 @@ class ISysProps {
   /// remote when its name contains ":" or begins with "//", or its type is "smbfs". An entry that
   /// cannot be measured, or that has no blocks, is left out. The file systems are added to what the
   /// record's map holds; an entry that is there already stays.
+  /// \param[in,out] info the record.
   /// \return 1, or 0 when "/etc/fstab" cannot be opened; `info` is untouched then.
   ZEBCOMN_EXPORT int GetDiskInformation(DiskInformation& info);
 
@@ -94,11 +121,13 @@ class ISysProps {
   /// The time zone is the one that the process last set up ("Unknown" when there is none); no
   /// `tzset` is called for it. The language is "0809" where the environment variable "LANG" holds
   /// "en_UK", else "0411" where it holds "ja_JP", else "0409".
+  /// \param[out] info the record.
   /// \return 1.
   ZEBCOMN_EXPORT int GetMiscInformation(MiscInformation& info);
 
   /// Platform and version, from "/etc/zebosplatform.conf" and "/etc/wrs-release"; at most the first
   /// MiB of either is read.
+  /// \param[out] info the record.
   /// \return 1, or 0 when no version was found; every field but the version and the build number is
   ///     written all the same.
   ZEBCOMN_EXPORT int GetOSInformation(OSInformation& info);
@@ -106,8 +135,10 @@ class ISysProps {
   /// Sets the address that every later network collection in the process prefers, an IPv6 one
   /// without "::" and scope. The value has no lock: callers serialise setting it against every
   /// other use, collections included.
+  /// \param ip the address text; empty = none is preferred.
   ZEBCOMN_EXPORT static void updateLocalIP(const std::wstring& ip);
   /// A copy of what `updateLocalIP` set last; empty before.
+  /// \return the address text.
   ZEBCOMN_EXPORT static std::wstring GetLastKnownLocalIP();
 
   /// What `updateLocalIP` sets. Part of the binary interface; use the two functions.

@@ -5,6 +5,9 @@
 /// The text conversions and the host name that the property collectors share with the network
 /// subsystem. Narrow text is UTF-8. Nothing here touches the last error, and every function may be
 /// called from any thread.
+///
+/// \par Example
+/// \include system_properties.cpp
 
 #include <string>
 
@@ -12,10 +15,14 @@
 
 namespace quenty_com::pelu::sysprops {
 
+/// Widens UTF-8 text.
+/// \param text UTF-8.
 /// \return `text` as wide characters, up to its first NUL or to the first byte that is not valid
 ///     UTF-8; empty when there is no memory for the work buffer.
 ZEBCOMN_EXPORT std::wstring sysprops_ansi_to_wide(std::string text);
 
+/// Narrows wide text to UTF-8.
+/// \param text wide text.
 /// \return `text` as UTF-8, up to its first NUL or to the first character that UTF-8 cannot hold;
 ///     empty when there is no memory for the work buffer.
 ZEBCOMN_EXPORT std::string sysprops_wide_to_ansi(std::wstring text);

@@ -8,6 +8,9 @@
 /// one thread at a time. The order of the fields is part of the binary interface. "N/A" below means
 /// a copy of `DefaultProp_Val`. A collector never resets a record: a field that it does not write
 /// keeps what it held.
+///
+/// \par Example
+/// \include system_properties.cpp
 
 #include <map>
 #include <string>
@@ -17,9 +20,11 @@
 
 namespace quenty_com::pelu::sysprops {
 
+/// What is collected of the processors.
 struct CPUInformation {
   /// `m_wstrIsPortable` empty, every other field "N/A".
   ZEBCOMN_EXPORT CPUInformation();
+  /// Frees the texts.
   ZEBCOMN_EXPORT ~CPUInformation();
 
   std::wstring m_wstrCPUType;          ///< Model text, as the kernel writes it.
@@ -29,9 +34,11 @@ struct CPUInformation {
   std::wstring m_wstrIsPortable;       ///< "-1" once collected: not known.
 };
 
+/// What is collected of the host's names and its local address.
 struct NetworkInformation {
   /// Every field "N/A".
   ZEBCOMN_EXPORT NetworkInformation();
+  /// Frees the texts.
   ZEBCOMN_EXPORT ~NetworkInformation();
 
   std::wstring m_wstrDomainName;     ///< DNS domain name.
@@ -44,18 +51,22 @@ struct NetworkInformation {
   std::wstring m_wstrIPHostName;     ///< Fully qualified host name.
 };
 
+/// What is collected of the memory.
 struct MemoryInformation {
   /// Every field "N/A".
   ZEBCOMN_EXPORT MemoryInformation();
+  /// Frees the texts.
   ZEBCOMN_EXPORT ~MemoryInformation();
 
   std::wstring m_wstrTotalPhysicalMemory;  ///< Bytes, decimal.
   std::wstring m_wstrFreeMemory;           ///< Bytes, decimal.
 };
 
+/// What is collected of the operating system.
 struct OSInformation {
   /// `m_wstrPlatformID` empty, every other field "N/A".
   ZEBCOMN_EXPORT OSInformation();
+  /// Frees the texts.
   ZEBCOMN_EXPORT ~OSInformation();
 
   std::wstring m_wstrOSType;        ///< OS family name.
@@ -71,9 +82,11 @@ struct OSInformation {
 /// Mount point to its total and its free space, both in MB (2^20 bytes) with two decimals.
 using FileSystemMap = std::map<std::wstring, std::pair<std::wstring, std::wstring>>;
 
+/// What is collected of the local file systems.
 struct DiskInformation {
   /// `m_mapFileSystems` empty, every other field "N/A".
   ZEBCOMN_EXPORT DiskInformation();
+  /// Frees the texts.
   ZEBCOMN_EXPORT ~DiskInformation();
 
   std::wstring m_wstrTotalDiskSpace;       ///< MB with two decimals, without "/dev/shm".
@@ -82,9 +95,11 @@ struct DiskInformation {
   FileSystemMap m_mapFileSystems;          ///< Every file system listed, also "/dev/shm".
 };
 
+/// What is collected of the user, time zone and language.
 struct MiscInformation {
   /// Every field "N/A".
   ZEBCOMN_EXPORT MiscInformation();
+  /// Frees the texts.
   ZEBCOMN_EXPORT ~MiscInformation();
 
   std::wstring m_wstrUserName;       ///< User that the process runs as.

@@ -4,6 +4,9 @@
 /// \file
 /// How the agent names itself: new GUIDs in registry form, and its fixed software identifier.
 /// C11 and C++17. No call touches `nErrno`; any number of threads may call.
+///
+/// \par Example
+/// \include identity_and_versions.c
 
 #include <stddef.h>
 
@@ -32,6 +35,8 @@ ZEBCOMN_EXPORT BOOL tivmcomn_create_guid(unsigned char* guid, char* text, int te
 ZEBCOMN_EXPORT void tivmcomn_get_agent_softwareid(char* out, unsigned size);
 
 /// The same in wide characters. `size` counts them. Only the text and its NUL are written.
+/// \param[out] out As above.
+/// \param size Capacity of `out` in wide characters.
 ZEBCOMN_EXPORT void tivmcomn_get_agent_softwareid_W(wchar_t* out, unsigned size);
 
 /// Does nothing and returns at once; callers link against it.

@@ -14,6 +14,9 @@
 ///    process (`pDirEntTable`): what lies below the level that gets none is left.
 ///  - A search that is refused stores its reason in `nErrno`. Any number of threads may call, for
 ///    trees that have nothing in common.
+///
+/// \par Example
+/// \include file_helpers.c
 
 #include "zebcomn/export.h"
 

@@ -3,6 +3,9 @@
 
 /// \file
 /// The free space of a file system. C11 and C++17.
+///
+/// \par Example
+/// \include file_helpers.c
 
 #include "zebcomn/export.h"
 #include "zebcomn/portable/types.h"

@@ -3,6 +3,9 @@
 
 /// \file
 /// Copying one file. C11 and C++17.
+///
+/// \par Example
+/// \include file_helpers.c
 
 #include "zebcomn/export.h"
 #include "zebcomn/portable/types.h"

@@ -19,30 +19,40 @@
 /// The time taken grows in proportion to the length of the path. No call touches `nErrno`. Separate
 /// objects may be used from separate threads; one object, by one thread at a time. Nothing throws
 /// but the allocation of the texts themselves.
+///
+/// \par Example
+/// \include paths.cpp
 
 #include <string>
 
 #include "zebcomn/export.h"
 
+/// One path and its flat form.
 class FileNameFlattener {
  public:
   /// Flattens `path` at once. The base directory is the working directory of the process; when that
   /// cannot be read, or is longer than 1023 bytes, it is empty, and a relative path is then taken
   /// against the root.
+  /// \param path the path.
   ZEBCOMN_EXPORT explicit FileNameFlattener(const std::string& path);
 
   /// Flattens `path` at once. The base directory is `baseDir`, which is itself flattened against
   /// the working directory first (so a `baseDir` of "/" stands for the working directory; "/."
   /// stands for the root). When that fails, this object is not flat.
+  /// \param path the path.
+  /// \param baseDir the base directory.
   ZEBCOMN_EXPORT FileNameFlattener(const std::string& path, const std::string& baseDir);
 
   /// Flattens the path again and tells whether that succeeded. The outcome does not change between
   /// calls, except that an object whose `baseDir` could not be flattened has an empty base
   /// directory, so that this call takes a relative path against the root.
+  /// \return true or false.
   ZEBCOMN_EXPORT bool Flatten();
 
   /// Tells whether the path was flattened. When it was, `out` becomes the flat path; otherwise
   /// `out` is left alone.
+  /// \param[out] out the flat path.
+  /// \return true or false.
   ZEBCOMN_EXPORT bool GetFlatPath(std::string& out);
 
  private:

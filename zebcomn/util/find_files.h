@@ -4,6 +4,9 @@
 /// \file
 /// Directory searches and file sizes under the agent's own names. C11 and C++17. The rules of
 /// zebcomn/portable/directory_search.h hold for the searches, `nErrno` among them.
+///
+/// \par Example
+/// \include file_helpers.c
 
 #include "zebcomn/export.h"
 #include "zebcomn/portable/directory_search.h"
@@ -12,13 +15,20 @@
 ZEBCOMN_BEGIN_C
 
 /// tivFindFirstDirEnt() with 0 in place of -1.
+/// \param[in] pattern As for tivFindFirstDirEnt().
+/// \param[out] data As for tivFindFirstDirEnt().
 /// \return The search's id, 1 to 50; 0 when nothing was found or the search failed.
 ZEBCOMN_EXPORT int32_t tivmcomn_findfirstA(const char* pattern, TivFindData* data);
 
 /// tivFindNextDirEnt().
+/// \param[in] search The search's id.
+/// \param[out] data Receives the entry.
+/// \return As tivFindNextDirEnt().
 ZEBCOMN_EXPORT BOOL tivmcomn_findnextA(int32_t search, TivFindData* data);
 
 /// tivFindCloseDirEnt().
+/// \param[in] search The search's id.
+/// \return As tivFindCloseDirEnt().
 ZEBCOMN_EXPORT BOOL tivmcomn_findclose(int32_t search);
 
 /// The size of a file.

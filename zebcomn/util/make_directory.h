@@ -3,6 +3,9 @@
 
 /// \file
 /// Making the directories that lead to a path. C11 and C++17.
+///
+/// \par Example
+/// \include file_helpers.c
 
 #include <stdint.h>
 #ifndef __cplusplus
@@ -24,12 +27,15 @@ ZEBCOMN_BEGIN_C
 /// path. Use `tiFolderExists` to learn what is there.
 ///
 /// \param[in] path  NUL-terminated, only read.
+/// \return 0x80000008.
 ///
 /// `nErrno` is left alone. Any number of threads may call.
 ZEBCOMN_EXPORT uint32_t tivmcomn_MakeRecursiveDirectoryA(char* path);
 
 /// The same for a wide path. Every character is narrowed to its low eight bits, so only ASCII
 /// paths are made as they read; a character is a separator only when it is "/" before that.
+/// \param[in] path NUL-terminated, only read.
+/// \return 0x80000008.
 ZEBCOMN_EXPORT uint32_t tivmcomn_MakeRecursiveDirectoryW(wchar_t* path);
 
 ZEBCOMN_END_C

@@ -9,6 +9,9 @@
 /// a * 2^32 + b * 2^16 + c, so a part above 65535 carries into the one before it.
 ///
 /// Of each text at most 259 characters count, after every blank has been taken out.
+///
+/// \par Example
+/// \include identity_and_versions.c
 
 #include <stdint.h>
 

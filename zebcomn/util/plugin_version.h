@@ -11,6 +11,9 @@
 ///    fit is cut and terminated. With a `size` of 0 nothing is written.
 ///  - The result is 1; it is 0, and `out` stays all NUL, when the module cannot be loaded, has no
 ///    "ZUPLUGIN_GetVersion" or reports a failure. A null `out` gives 0 without loading anything.
+///
+/// \par Example
+/// \include identity_and_versions.c
 
 #include <stdint.h>
 
@@ -25,9 +28,17 @@ typedef int (*ZebcomnPluginGetVersion)(uint16_t* major_number, uint16_t* minor_n
 
 /// The hexadecimal stamp: sixteen lower-case digits, four for each number. Version 1.2.3.4 gives
 /// "0001000200030004".
+/// \param[in] modulePath File name of the module, only read.
+/// \param[out] out Receives the stamp.
+/// \param[in] size Capacity of `out` in bytes; 17 hold the whole stamp.
+/// \return 1 or 0, see above.
 ZEBCOMN_EXPORT int tivmcomn_GetFileResourceVersionStamp(char* modulePath, char* out, unsigned size);
 
 /// The dotted stamp, in decimal, such as "1.2.3.4"; at most 23 characters.
+/// \param[in] modulePath File name of the module, only read.
+/// \param[out] out Receives the stamp.
+/// \param[in] size Capacity of `out` in bytes; 24 hold every stamp.
+/// \return 1 or 0, see above.
 ZEBCOMN_EXPORT int tivmcomn_GetFileResourceStringVersionStamp(char* modulePath, char* out,
                                                               unsigned size);
 

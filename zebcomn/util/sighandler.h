@@ -14,6 +14,9 @@
 ///
 /// The callbacks are not locked: every registration is complete before its signal can arrive, or is
 /// made from a callback. No operation reports a failure, and none touches `nErrno`.
+///
+/// \par Example
+/// \include log_and_signals.cpp
 
 #include <signal.h>
 
@@ -23,24 +26,38 @@
 
 namespace quenty_com::pelu {
 
+/// The signals that are waited for, and what to run for each.
 class SignalHandler {
  public:
+  /// No signal and no callback.
   ZEBCOMN_EXPORT SignalHandler();
   /// Leaves every signal mask as it is: the signals stay blocked where they were blocked.
   ZEBCOMN_EXPORT ~SignalHandler();
-  SignalHandler(const SignalHandler&) = default;
-  SignalHandler& operator=(const SignalHandler&) = default;
+  /// Copies the signals and the callbacks.
+  /// \param other what to copy.
+  SignalHandler(const SignalHandler& other) = default;
+  /// Copies the signals and the callbacks.
+  /// \param other what to copy.
+  /// \return this object.
+  SignalHandler& operator=(const SignalHandler& other) = default;
 
   /// Adds `signo` to the signals that are waited for, and makes exactly these the calling thread's
   /// signal mask. The mask is replaced, not extended: whatever else the thread had blocked is
-  /// unblocked. Returns 0, also for a number that is no signal.
+  /// unblocked.
+  /// \param signo the signal's number.
+  /// \return 0, also for a number that is no signal.
   ZEBCOMN_EXPORT int addSignalToBlock(int signo);
 
-  /// Unblocks `signo` for the calling thread. It is still waited for by `operator()`. Returns 0.
+  /// Unblocks `signo` for the calling thread. It is still waited for by `operator()`.
+  /// \param signo the signal's number.
+  /// \return 0.
   ZEBCOMN_EXPORT int unblockSignal(int signo);
 
   /// Lets `callback` run whenever `signo` arrives. The first registration for a signal wins; later
-  /// ones are ignored, as is a null `callback`. Returns 0 in every case.
+  /// ones are ignored, as is a null `callback`.
+  /// \param signo the signal's number.
+  /// \param callback what to run.
+  /// \return 0 in every case.
   ZEBCOMN_EXPORT int registerOnSignalCallback(int signo, void (*callback)());
 
   /// Waits for the added signals and runs their callbacks on the calling thread, one at a time.
@@ -65,6 +82,7 @@ ZEBCOMN_EXPORT extern int bSigTermReceived;
 
 /// A signal handler for `sigaction` or `signal`: stores 1 in `bSigTermReceived`. The argument is
 /// ignored. Safe at any moment, `errno` included.
+/// \param signo ignored.
 ZEBCOMN_EXPORT void CatchSIGTERM(int signo);
 
 ZEBCOMN_END_C

@@ -9,6 +9,9 @@
 /// `openlog` settings are replaced, and closed afterwards. Any thread may log; lines of several
 /// threads stay whole, but one thread's `closelog` may come between another's `openlog` and its
 /// line, which is then written under the program's name. No call touches `nErrno`.
+///
+/// \par Example
+/// \include log_and_signals.cpp
 
 #include <cstdarg>
 
@@ -24,13 +27,19 @@ enum SyslogPriority : int {
   PriorityInfo = 3       ///< `LOG_INFO`
 };
 
-/// Formats as `printf` does and writes one line. Returns 1, also when nobody receives the line. A
-/// null `format` writes nothing.
+/// Formats as `printf` does and writes one line. A null `format` writes nothing.
+/// \param priority how grave the line is.
+/// \param format as for `printf`, followed by its arguments.
+/// \return 1, also when nobody receives the line.
 ZEBCOMN_EXPORT unsigned LogInSystemLog(SyslogPriority priority, const char* format, ...)
     __attribute__((format(printf, 2, 3)));
 
 /// The same with a level of the system's own (`LOG_EMERG` to `LOG_DEBUG`) and an argument list,
-/// which is used up. Returns 1.
+/// which is used up.
+/// \param level the system's level.
+/// \param format as for `vprintf`.
+/// \param args the arguments.
+/// \return 1.
 ZEBCOMN_EXPORT unsigned vLogInSystemLog(int level, const char* format, va_list args)
     __attribute__((format(printf, 2, 0)));
 

@@ -12,6 +12,9 @@
 ///   not reported either.
 /// - Every call opens and closes its own converter: any number of threads may call. `nErrno` is
 ///   left alone.
+///
+/// \par Example
+/// \include text.cpp
 
 #include <cstdint>
 #include <string>
@@ -45,9 +48,13 @@ ZEBCOMN_END_C
 namespace quenty_com::pelu {
 
 /// The UTF-8 form of a wide text; empty when there is no memory. Never throws.
+/// \param text Wide text.
+/// \return UTF-8.
 ZEBCOMN_EXPORT std::string tivmcomn_wide_to_ansi(const std::wstring& text);
 
 /// The wide form of a UTF-8 text; empty when there is no memory. Never throws.
+/// \param text UTF-8.
+/// \return Wide text.
 ZEBCOMN_EXPORT std::wstring tivmcomn_ansi_to_wide(const std::string& text);
 
 }  // namespace quenty_com::pelu

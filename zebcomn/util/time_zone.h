@@ -6,6 +6,9 @@
 /// belong to the whole process, so these calls hold one mutex for all of their work. Code outside
 /// the library that changes "TZ" or calls `tzset` while other threads run should hold it too.
 /// `nErrno` is left alone.
+///
+/// \par Example
+/// \include time_stamps.cpp
 
 #include <pthread.h>
 
@@ -27,7 +30,7 @@ ZEBCOMN_EXPORT extern pthread_mutex_t mutex;
 /// 1024 bytes, is lost: "TZ" is then absent.
 ///
 /// \param[in,out] time  Normalised in place, as by `mktime`.
-/// \return -1 when `mktime` cannot express the time, and for null.
+/// \return the seconds; -1 when `mktime` cannot express the time, and for null.
 ZEBCOMN_EXPORT std::time_t zebcomn_timegm(std::tm* time);
 
 /// The abbreviation of the standard-time zone that the process last set up; it calls no `tzset`.

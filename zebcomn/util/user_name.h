@@ -3,6 +3,9 @@
 
 /// \file
 /// The name of the user that the process runs for. C11 and C++17.
+///
+/// \par Example
+/// \include file_helpers.c
 
 #include <stdint.h>
 
