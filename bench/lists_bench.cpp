@@ -1,197 +1,156 @@
-// What a lock and its release cost: the shared/exclusive lock beside pthread_rwlock_t and
-// std::shared_mutex, and beside a floor, the four interlocked exchanges that such a pair is made
-// of.
-//
-// A pair that nobody contends for must stay within 1.3 times the floor; the program prints each
-// ratio and ends with 1 when one is higher. It measures in a process that has one thread, where the
-// C library's mutexes take a short cut, and then in one that has had several, as an agent has.
-#include <benchmark/benchmark.h>
+// The shared/exclusive lock and the lists. The floor of a lock and its release is the four
+// interlocked exchanges that such a pair is made of: the spin word is taken and given back twice.
 #include <pthread.h>
 
-#include <algorithm>
-#include <cstdio>
-#include <map>
-#include <shared_mutex>
-#include <string>
-#include <thread>
-#include <vector>
-
+#include "bench/support/lock_operations.h"
+#include "zebcomn/lists/ll.h"
 #include "zebcomn/lists/se_lock.h"
+#include "zebcomn/lists/sll.h"
 #include "zebcomn/lists/thread_attach.h"
 #include "zebcomn/portable/interlocked.h"
 
 namespace {
 
-constexpr double kHighestRatio = 1.3;
+constexpr char kOurs[] = "zebcomn";
+constexpr char kFloor[] = "floor";
 
-/// How often a case is run, and which of its times counts.
-struct Plan {
-  double seconds;
-  int runs;    ///< In a row.
-  int rounds;  ///< Case after case.
-  bool best;   ///< The best time, else the median.
-};
-
-// Many short runs find a time when nothing else on the machine disturbs.
-constexpr Plan kAlone = {0.002, 3, 10, true};
-// Threads meet only in a long run, and the best one would be that in which they met least.
-constexpr Plan kContended = {0.1, 1, 5, false};
-
-/// Attaches the thread, unless it is attached.
+/// Attaches the thread for as long as it uses a lock; the process stays attached.
 class Attached {
  public:
-  Attached() : is_new_(tiSO_ThreadAttach() == 1) {}
-  ~Attached() {
-    if (is_new_) tiSO_ThreadDetach();
+  Attached() {
+    static const auto process_attached = tiSO_ProcessAttach();
+    benchmark::DoNotOptimize(process_attached);
+    tiSO_ThreadAttach();
   }
+  ~Attached() { tiSO_ThreadDetach(); }
   Attached(const Attached&) = delete;
   Attached& operator=(const Attached&) = delete;
-
- private:
-  const bool is_new_;
 };
 
-LONG g_word = 0;
-
-tiSO_SELock_t* NewLock() {
-  tiSO_SELock_t* lock = nullptr;
-  tiSO_SELockCreate(&lock);
-  return lock;
-}
-
-tiSO_SELock_t* const g_lock = NewLock();
-pthread_rwlock_t g_rwlock = PTHREAD_RWLOCK_INITIALIZER;
-std::shared_mutex g_shared_mutex;
-
-void Floor(benchmark::State& state) {
-  for (auto _ : state) {
-    for (int hold = 0; hold < 2; ++hold) {
-      tivInterlockedExchange(&g_word, 1);
-      tivInterlockedExchange(&g_word, 0);
-    }
-  }
-}
-
-template <BOOL (*kRequest)(tiSO_SELock_t*, BOOL)>
-void SeLock(benchmark::State& state) {
-  const Attached attached;
-  for (auto _ : state) {
-    kRequest(g_lock, 1);
-    tiSO_SELockRelease(g_lock);
-  }
-}
-
-template <int (*kLock)(pthread_rwlock_t*)>
-void RwLock(benchmark::State& state) {
-  for (auto _ : state) {
-    kLock(&g_rwlock);
-    pthread_rwlock_unlock(&g_rwlock);
-  }
-}
-
-void SharedMutexExclusive(benchmark::State& state) {
-  for (auto _ : state) {
-    g_shared_mutex.lock();
-    g_shared_mutex.unlock();
-  }
-}
-
-void SharedMutexShared(benchmark::State& state) {
-  for (auto _ : state) {
-    g_shared_mutex.lock_shared();
-    g_shared_mutex.unlock_shared();
-  }
-}
-
-struct Case {
-  const char* name;
-  void (*body)(benchmark::State&);
-  bool is_judged;
-};
-
-const Case kCases[] = {
-    {"floor: four exchanges", Floor, false},
-    {"exclusive", SeLock<tiSO_SELockExclusive>, true},
-    {"shared, waits for exclusive", SeLock<tiSO_SELockSharedWaitForExclusive>, true},
-    {"shared, starves exclusive", SeLock<tiSO_SELockSharedStarveExclusive>, true},
-    {"pthread_rwlock, exclusive", RwLock<pthread_rwlock_wrlock>, false},
-    {"pthread_rwlock, shared", RwLock<pthread_rwlock_rdlock>, false},
-    {"std::shared_mutex, exclusive", SharedMutexExclusive, false},
-    {"std::shared_mutex, shared", SharedMutexShared, false},
-};
-
-/// Keeps the times of each case: the processor's for one thread, which never sleeps, so that other
-/// programs' work does not count; the clock's for several.
-class Times : public benchmark::ConsoleReporter {
+/// Exclusive and shared, the latter behind waiting writers.
+class SeLock {
  public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& run : runs) {
-      if (run.run_type != Run::RT_Iteration) continue;
-      times_[run.run_name.function_name].push_back(run.threads == 1 ? run.GetAdjustedCPUTime()
-                                                                    : run.GetAdjustedRealTime());
-    }
-    ConsoleReporter::ReportRuns(runs);
+  using ForThread = Attached;
+  SeLock() { tiSO_SELockCreate(&lock_); }
+  void Exclusive() { tiSO_SELockExclusive(lock_, 1); }
+  void EndExclusive() { tiSO_SELockRelease(lock_); }
+  void Shared() { tiSO_SELockSharedWaitForExclusive(lock_, 1); }
+  void EndShared() { tiSO_SELockRelease(lock_); }
+
+ private:
+  tiSO_SELock_t* lock_ = nullptr;
+};
+
+/// The library's own exchange, as the floor is defined by it.
+class FourExchanges {
+ public:
+  using ForThread = bench::NoPreparation;
+  void Exclusive() { Twice(); }
+  void EndExclusive() { Twice(); }
+  void Shared() { Twice(); }
+  void EndShared() { Twice(); }
+
+ private:
+  void Twice() {
+    tivInterlockedExchange(&word_, 1);
+    tivInterlockedExchange(&word_, 0);
   }
-  /// 0 for a case that has been filtered out.
-  double Of(const std::string& name, bool best) {
-    std::vector<double>& times = times_[name];
-    if (times.empty()) return 0;
-    std::sort(times.begin(), times.end());
-    return times[best ? 0 : times.size() / 2];
+  LONG word_ = 0;
+};
+
+class RwLock {
+ public:
+  using ForThread = bench::NoPreparation;
+  void Exclusive() { pthread_rwlock_wrlock(&lock_); }
+  void EndExclusive() { pthread_rwlock_unlock(&lock_); }
+  void Shared() { pthread_rwlock_rdlock(&lock_); }
+  void EndShared() { pthread_rwlock_unlock(&lock_); }
+
+ private:
+  pthread_rwlock_t lock_ = PTHREAD_RWLOCK_INITIALIZER;
+};
+
+/// The intrusive list without a lock.
+class List {
+ public:
+  List() { tiLL_Init(&head_); }
+  void Push() { tiLL_XInsertHead(&head_, &element_); }
+  void* Pop() { return tiLL_XRemoveHead(&head_); }
+
+ private:
+  tiLL_head_t head_{};
+  tiLL_element_t element_{};
+};
+
+/// What the calls of List come down to, without the calls.
+class BareList {
+ public:
+  [[gnu::noinline]] void Push() {
+    element_.next = head_;
+    head_ = &element_;
+  }
+  [[gnu::noinline]] void* Pop() {
+    Element* first = head_;
+    if (first != nullptr) head_ = first->next;
+    return first;
   }
 
  private:
-  std::map<std::string, std::vector<double>> times_;
+  struct Element {
+    Element* next = nullptr;
+  };
+  Element element_;
+  Element* head_ = nullptr;
 };
 
-std::string NameOf(const std::string& setting, const Case& one) {
-  return setting + "/" + one.name;
+/// The list with a lock of its own.
+class LockedList {
+ public:
+  LockedList() { tiSLL_Create(&list_); }
+  ~LockedList() { tiSLL_Release(list_); }
+  LockedList(const LockedList&) = delete;
+  LockedList& operator=(const LockedList&) = delete;
+  void Push() { tiSLL_XInsertHead(list_, &element_); }
+  void* Pop() { return tiSLL_XRemoveHead(list_); }
+
+ private:
+  const Attached attached_;
+  tiSLL_t* list_ = nullptr;
+  tiLL_element_t element_{};
+};
+
+/// Each of the two operations takes the lock exclusively, so eight exchanges.
+class LockedBareList {
+ public:
+  void Push() {
+    lock_.Exclusive();
+    list_.Push();
+    lock_.EndExclusive();
+  }
+  void* Pop() {
+    lock_.Exclusive();
+    void* first = list_.Pop();
+    lock_.EndExclusive();
+    return first;
+  }
+
+ private:
+  FourExchanges lock_;
+  BareList list_;
+};
+
+bool RegisterAll() {
+  using bench::Register;
+  bench::RegisterLock<SeLock>(kOurs);
+  bench::RegisterLock<FourExchanges>(kFloor);
+  bench::RegisterLock<RwLock>("pthread");
+  Register("list_push_pop", kOurs, bench::PushPop<List>);
+  Register("list_push_pop", kFloor, bench::PushPop<BareList>);
+  Register("locked_list_push_pop", kOurs, bench::PushPop<LockedList>);
+  Register("locked_list_push_pop", kFloor, bench::PushPop<LockedBareList>);
+  return true;
 }
 
-/// Runs every case and prints how it stands to the floor. \return whether the judged ones pass.
-bool Measure(const std::string& setting, int threads, const Plan& plan) {
-  benchmark::ClearRegisteredBenchmarks();
-  for (const Case& one : kCases) {
-    benchmark::RegisterBenchmark(NameOf(setting, one).c_str(), one.body)
-        ->Threads(threads)
-        ->UseRealTime()
-        ->MinTime(plan.seconds)
-        ->Repetitions(plan.runs);
-  }
-  Times times;
-  for (int round = 0; round < plan.rounds; ++round) benchmark::RunSpecifiedBenchmarks(&times);
-  const double floor = times.Of(NameOf(setting, kCases[0]), plan.best);
-  bool passes = true;
-  std::printf("\n%s: %s time of a pair, and its ratio to the floor\n", setting.c_str(),
-              plan.best ? "best" : "median");
-  for (const Case& one : kCases) {
-    const double time = times.Of(NameOf(setting, one), plan.best);
-    if (time == 0 || floor == 0) continue;
-    const bool is_high = threads == 1 && one.is_judged && time > kHighestRatio * floor;
-    std::printf("  %-30s %9.1f ns  %6.2f%s\n", one.name, time, time / floor,
-                is_high ? "  TOO HIGH" : "");
-    passes = passes && !is_high;
-  }
-  std::printf("\n");
-  return passes;
-}
+const bool g_registered = RegisterAll();
 
 }  // namespace
-
-int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  tiSO_ProcessAttach();
-  bool passes = false;
-  {
-    const Attached attached;
-    passes = Measure("one thread", 1, kAlone);
-    std::thread([] {}).join();
-    passes = Measure("one thread of several", 1, kAlone) && passes;
-    Measure("2 threads contend", 2, kContended);
-    Measure("4 threads contend", 4, kContended);
-  }
-  tiSO_ProcessDetach();
-  tiSO_Release(g_lock);
-  return passes ? 0 : 1;
-}
