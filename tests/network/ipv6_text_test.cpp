@@ -152,6 +152,18 @@ TEST(CalculateSubNetAddrForV6, GroupsReadAsThirtyTwoBitNumbersOnEveryTarget) {
   }
 }
 
+// Found by fuzzing: a group of 64 bits or nearly so wrapped into the 32 bits when it had a sign.
+TEST(CalculateSubNetAddrForV6, ASignBringsNoWideNumberBackIntoThirtyTwoBits) {
+  for (const char* const group :
+       {"-ffffffffffffffff", "-fffffffffffffff0", "-100000000", "-fffffffffffffffffff",
+        " -ffffffff00000001", "+ffffffffffffffff"}) {
+    EXPECT_EQ(calculateSubNetAddrForV6(group, "ffffffff"), "ffffffff") << group;
+  }
+  EXPECT_EQ(calculateSubNetAddrForV6("-fffffffe", "ffffffff"), "2");
+  EXPECT_EQ(calculateSubNetAddrForV6("--1", "ffffffff"), "0");
+  EXPECT_EQ(calculateSubNetAddrForV6("- 1", "ffffffff"), "0");
+}
+
 TEST(ConvertV6AddrToLiteralFormat, WritesAHostNameAndDropsTheScope) {
   const TextCase cases[] = {
       {"[fe80::1%eth0]", "fe80--1.ipv6-literal.net"},

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <new>
 #include <string_view>
@@ -38,14 +40,16 @@ constexpr std::string_view kLiteralSuffix = ".ipv6-literal.net";
 /// What a 32-bit strtoul gives in base 16 for the group at the front of `text`, which its colon
 /// ends: numbers that do not fit are all ones, a minus sign negates.
 uint32_t ParseGroup(std::string_view text) {
-  constexpr uint32_t kAllOnes = std::numeric_limits<uint32_t>::max();
+  constexpr uint64_t kAllOnes = std::numeric_limits<uint32_t>::max();
   const std::string group(text);
-  const uint64_t value = std::strtoull(group.c_str(), nullptr, 16);
-  if (value <= kAllOnes) return static_cast<uint32_t>(value);
-  const size_t first = group.find_first_not_of(" \t\n\v\f\r");
-  const uint64_t magnitude = 0 - value;
-  if (group[first] == '-' && magnitude <= kAllOnes) return static_cast<uint32_t>(value);
-  return kAllOnes;
+  const char* digits = group.c_str() + std::strspn(group.c_str(), " \t\n\v\f\r");
+  const bool negative = *digits == '-';
+  // The sign is taken off here, because a wider number with one wraps into the 32 bits again.
+  if (negative || *digits == '+') ++digits;
+  if (std::isxdigit(static_cast<unsigned char>(*digits)) == 0) return 0;
+  const uint64_t magnitude = std::strtoull(digits, nullptr, 16);
+  if (magnitude > kAllOnes) return static_cast<uint32_t>(kAllOnes);
+  return static_cast<uint32_t>(negative ? 0 - magnitude : magnitude);
 }
 
 /// Cuts the group before the next colon, or before the end, off the front of `rest`.
