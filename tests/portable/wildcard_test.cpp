@@ -148,6 +148,14 @@ TEST(WildCardMatch, AgreesWithTheRecursionOnRandomTexts) {
   }
 }
 
+TEST(WildCardMatch, LongSegmentThatNearlyFitsEverywhereEndsSoon) {
+  const std::string name(1000000, 'a');
+  const std::string pattern = "*" + std::string(500000, 'a') + "b";
+  // Comparing the segment at every place of the name would take minutes.
+  EXPECT_EQ(tivWildCardMatch(pattern.c_str(), name.c_str()), 1);
+  EXPECT_EQ(tivWildCardMatch(pattern.c_str(), (name + "bc").c_str()), 0);
+}
+
 TEST(WildCardMatch, ManyStarsOnALongNameEndSoon) {
   std::string pattern;
   for (int i = 0; i < 1000; ++i) pattern += "*a";

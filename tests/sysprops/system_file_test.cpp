@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <fstream>
 #include <random>
 #include <sstream>
 #include <string>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "tests/support/descriptors.h"
+#include "tests/support/failing_call.h"
 #include "tests/support/scratch_dir.h"
 #include "zebcomn/sysprops/system_file_internal.h"
 
@@ -108,6 +110,19 @@ TEST(SystemFile, ReadsThatEndWithinALineGiveTheSame) {
     writer.join();
     EXPECT_EQ(found, LineByLine(text)) << "round " << round;
   }
+}
+
+TEST(SystemFile, WholeLinesInFrontOfAReadThatFailsAreTaken) {
+  const ScratchDir dir;
+  const std::string path = dir / "pipe";
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  std::thread writer([&] { std::ofstream(path) << "key:1\nkey:2\nkey:3"; });
+  const zebcomn_test::FailingCall failing("read", 2);
+  const Found found = Blockwise(path);
+  writer.join();
+  EXPECT_TRUE(failing.Happened());
+  EXPECT_EQ(found.count, 2u);
+  EXPECT_EQ(found.first, "2");
 }
 
 TEST(SystemFile, LineOf2047CharactersIsTakenAndOneMoreEndsTheReading) {

@@ -104,6 +104,18 @@ TEST(TextConversion, AnInvalidSequenceEndsTheWideText) {
   }
 }
 
+TEST(TextConversion, TextEndsWhereItStopsWhateverTheMemoryHeldBefore) {
+  // The work buffers of the second call are the freed ones of the first.
+  const std::string long_text(400, 'x');
+  const std::string cut_text = "ab\xFF" + long_text.substr(3);
+  ASSERT_EQ(tivmcomn_ansi_to_wide(long_text).size(), long_text.size());
+  EXPECT_EQ(tivmcomn_ansi_to_wide(cut_text), L"ab");
+  const std::wstring long_wide(400, L'x');
+  const std::wstring cut_wide = L"ab\xD800" + long_wide.substr(3);
+  ASSERT_EQ(tivmcomn_wide_to_ansi(long_wide).size(), long_wide.size());
+  EXPECT_EQ(tivmcomn_wide_to_ansi(cut_wide), "ab");
+}
+
 TEST(TextConversion, WrappersStopAtTheFirstNul) {
   EXPECT_EQ(tivmcomn_wide_to_ansi(std::wstring(L"ab\0cd", 5)), "ab");
   EXPECT_EQ(tivmcomn_ansi_to_wide(std::string("ab\0cd", 5)), L"ab");

@@ -31,13 +31,18 @@ std::optional<std::string> AskSystem(int (*ask)(char*, size_t)) {
 std::optional<std::string> OfficialName(const std::string& host) {
   constexpr size_t kFirstWorkSpace = 1024;
   constexpr size_t kMostWorkSpace = 1024 * kFirstWorkSpace;
-  for (size_t size = kFirstWorkSpace; size <= kMostWorkSpace; size *= 2) {
-    std::vector<char> work(size);
+  std::array<char, kFirstWorkSpace> few;
+  std::vector<char> many;
+  char* work = few.data();
+  for (size_t size = few.size(); size <= kMostWorkSpace; size *= 2) {
     hostent record{};
     hostent* found = nullptr;
     int failure = 0;
-    const int error =
-        gethostbyname_r(host.c_str(), &record, work.data(), work.size(), &found, &failure);
+    if (size > few.size()) {
+      many.resize(size);
+      work = many.data();
+    }
+    const int error = gethostbyname_r(host.c_str(), &record, work, size, &found, &failure);
     if (error == ERANGE) continue;
     if (error != 0 || found == nullptr) return std::nullopt;
     return std::string(found->h_name);

@@ -9,6 +9,7 @@
 #include <limits>
 #include <new>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "zebcomn/network/ipv6_text_internal.h"
@@ -40,6 +41,11 @@ constexpr std::string_view kLiteralSuffix = ".ipv6-literal.net";
 /// What a 32-bit strtoul gives in base 16 for the group at the front of `text`, which its colon
 /// ends: numbers that do not fit are all ones, a minus sign negates.
 uint32_t ParseGroup(std::string_view text) {
+  // The usual group, digits that fit and nothing else, needs no copy.
+  uint32_t plain = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, failure] = std::from_chars(text.data(), end, plain, 16);
+  if (failure == std::errc() && stop == end) return plain;
   constexpr uint64_t kAllOnes = std::numeric_limits<uint32_t>::max();
   const std::string group(text);
   const char* digits = group.c_str() + std::strspn(group.c_str(), " \t\n\v\f\r");

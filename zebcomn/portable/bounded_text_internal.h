@@ -25,6 +25,9 @@ size_t CopyBounded(char (&buffer)[kCapacity], std::string_view text) {
 /// A path in a buffer of the interface's fixed size, always terminated.
 class PathBuffer {
  public:
+  /// The empty path. The rest of the buffer is not set: clearing it takes longer than a short path.
+  PathBuffer() { buffer_[0] = '\0'; }
+
   /// Appends as much as fits; whether all of `text` did.
   bool Append(std::string_view text) {
     const size_t taken = CopyBounded(buffer_.data() + length_, buffer_.size() - length_, text);
@@ -41,7 +44,7 @@ class PathBuffer {
   const char* c_str() const { return buffer_.data(); }
 
  private:
-  std::array<char, ZEBCOMN_PATH_CAPACITY> buffer_{};
+  std::array<char, ZEBCOMN_PATH_CAPACITY> buffer_;
   size_t length_ = 0;
 };
 

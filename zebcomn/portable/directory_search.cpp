@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <string_view>
 
 #include "zebcomn/portable/bounded_text_internal.h"
 #include "zebcomn/portable/error_internal.h"
@@ -143,12 +144,14 @@ TivFindData* tivSetFindDataDirEnt(TivFindData* data, const struct dirent* entry,
     return nullptr;
   }
   *data = {};
-  zebcomn::CopyBounded(data->name, entry->d_name);
+  const std::string_view name(entry->d_name);
+  const std::string_view parent(directory);
+  zebcomn::CopyBounded(data->name, name);
   zebcomn::PathBuffer path;
-  path.Append(directory);
-  if (*directory != '\0' && directory[std::strlen(directory) - 1] != '/') path.Append("/");
-  path.Append(entry->d_name);
-  struct stat status = {};
+  path.Append(parent);
+  if (!parent.empty() && parent.back() != '/') path.Append("/");
+  path.Append(name);
+  struct stat status;
   if (stat(path.c_str(), &status) != 0) return data;
   data->attributes = S_ISDIR(status.st_mode) ? TIV_ATTRIBUTE_DIRECTORY : 0;
   data->last_access_time = static_cast<uint32_t>(status.st_atime);

@@ -70,7 +70,7 @@ int CollectDisks(const char* mount_table, sysprops::DiskInformation& info) {
                                   std::make_pair(MbText(space->total_mb), MbText(space->free_mb)));
     ++count;
   }
-  info.m_wstrNumberOfFileSystems = std::to_wstring(count);
+  info.m_wstrNumberOfFileSystems = NumberText(count);
   info.m_wstrTotalDiskSpace = MbText(sum.total_mb);
   info.m_wstrFreeDiskSpace = MbText(sum.free_mb);
   return 1;

@@ -5,6 +5,7 @@
 /// The Linux collectors without the names of the system files, and their pure parts. The public
 /// members of `ISysProps` hand in the real paths.
 
+#include <cstdint>
 #include <ctime>
 #include <optional>
 #include <string>
@@ -21,6 +22,9 @@ std::optional<std::string> FindReleaseVersion(const std::string& text);
 
 int CollectOs(const char* platform_file, const char* release_file, sysprops::OSInformation& info);
 int CollectCpu(const char* cpuinfo_file, sysprops::CPUInformation& info);
+
+/// A number in decimal.
+std::wstring NumberText(std::int64_t number);
 
 /// The number of bytes that a "MemTotal:" or "MemFree:" line's value names, in decimal.
 std::wstring MemoryBytes(std::string value);

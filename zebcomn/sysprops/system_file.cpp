@@ -14,7 +14,7 @@ namespace zebcomn {
 namespace {
 
 /// On the stack: a large heap block makes the allocator tidy up all its small ones.
-constexpr std::size_t kBlockSize = 16 * 1024;
+constexpr std::size_t kBlockSize = 32 * 1024;
 static_assert(kBlockSize > 2 * kMaxLineLength, "a block takes a line and the start of the next");
 
 UniqueFd OpenForReading(const char* path) {
@@ -91,14 +91,15 @@ void ForEachLineBlock(const char* path, const std::function<void(std::string_vie
   std::size_t held = 0;
   for (;;) {
     const ssize_t got = ReadSome(file, buffer.data() + held, kBlockSize - held);
-    if (got < 0) return;
-    held += static_cast<std::size_t>(got);
+    held += static_cast<std::size_t>(std::max<ssize_t>(got, 0));
+    // A kernel hands its files out in small pieces, and each block is searched from its end.
+    if (got > 0 && held < kBlockSize) continue;
     const std::string_view text(buffer.data(), held);
     const std::size_t long_line = FirstLongLine(text);
     if (got == 0 || long_line != std::string_view::npos) return give(std::min(held, long_line));
     const std::size_t whole = LastNewline(text) + 1;
-    if (whole == 0) continue;
     give(whole);
+    if (got < 0) return;
     held -= whole;
     std::memmove(buffer.data(), buffer.data() + whole, held);
   }

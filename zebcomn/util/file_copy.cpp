@@ -19,19 +19,11 @@ namespace {
 using zebcomn::UniqueFd;
 using zebcomn::UniqueFile;
 
-constexpr size_t kBlockSize = 512;
-/// The streams move this much with each system call.
-constexpr size_t kStreamBufferSize = size_t{256} * 1024;
+/// A stream moves a block of this size without taking it through its own buffer.
+constexpr size_t kLargeBlockSize = size_t{256} * 1024;
+/// Without memory for a large block.
+constexpr size_t kSmallBlockSize = 512;
 constexpr mode_t kNewFileMode = 0666;
-
-using StreamBuffer = std::unique_ptr<char[]>;
-
-/// Gives a stream a large buffer, which must outlive it; without memory the stream keeps its own.
-StreamBuffer Enlarge(std::FILE* stream) {
-  StreamBuffer buffer(new (std::nothrow) char[kStreamBufferSize]);
-  if (buffer != nullptr) std::setvbuf(stream, buffer.get(), _IOFBF, kStreamBufferSize);
-  return buffer;
-}
 
 bool IsSameFile(const struct stat& a, const struct stat& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
@@ -53,23 +45,25 @@ UniqueFile OpenDestination(const char* path, const struct stat& source, bool ove
   return stream;
 }
 
-/// Copies what a stream holds. Nobody else has the two streams, so their locks are not taken.
-bool CopyBlocks(std::FILE* source, std::FILE* destination) {
-  std::array<char, kBlockSize> block{};
+/// Copies what a stream holds, block by block; what was read before a read error too. Nobody else
+/// has the two streams, so their locks are not taken.
+bool CopyBlocks(std::FILE* source, std::FILE* destination, char* block, size_t size) {
   size_t got = 0;
-  while ((got = fread_unlocked(block.data(), 1, block.size(), source)) == block.size()) {
-    if (fwrite_unlocked(block.data(), 1, got, destination) != got || feof_unlocked(source) != 0) {
+  while ((got = fread_unlocked(block, 1, size, source)) == size) {
+    if (fwrite_unlocked(block, 1, got, destination) != got || feof_unlocked(source) != 0) {
       return false;
     }
   }
-  return std::ferror(source) == 0 && fwrite_unlocked(block.data(), 1, got, destination) == got;
+  return fwrite_unlocked(block, 1, got, destination) == got && std::ferror(source) == 0;
 }
 
 /// Copies between open streams, to the last flush.
 bool CopyStreams(UniqueFile source, UniqueFile destination) {
-  const StreamBuffer source_buffer = Enlarge(source.get());
-  const StreamBuffer destination_buffer = Enlarge(destination.get());
-  const bool copied = CopyBlocks(source.get(), destination.get());
+  std::array<char, kSmallBlockSize> small;
+  const std::unique_ptr<char[]> large(new (std::nothrow) char[kLargeBlockSize]);
+  const bool copied =
+      large == nullptr ? CopyBlocks(source.get(), destination.get(), small.data(), small.size())
+                       : CopyBlocks(source.get(), destination.get(), large.get(), kLargeBlockSize);
   source.reset();
   return std::fclose(destination.release()) == 0 && copied;
 }

@@ -36,7 +36,8 @@ class Converter {
   Converter(const Converter&) = delete;
   Converter& operator=(const Converter&) = delete;
 
-  // Converts as much of `in` as it can and returns where the output ends.
+  // Converts as much of `in` as it can and returns where the output ends; at its start when there
+  // is no converter.
   char* Convert(char* in, std::size_t in_bytes, char* out, std::size_t out_bytes) const {
     if (IsOpen()) iconv(descriptor_, &in, &in_bytes, &out, &out_bytes);
     return out;
@@ -49,12 +50,14 @@ class Converter {
   iconv_t descriptor_;
 };
 
-std::unique_ptr<char[]> AllocateBytes(std::size_t count) {
-  return std::unique_ptr<char[]>(new (std::nothrow) char[count]());
-}
-
-std::unique_ptr<wchar_t[]> AllocateWide(std::size_t count) {
-  return std::unique_ptr<wchar_t[]>(new (std::nothrow) wchar_t[count]());
+// So many characters, the first one a NUL and the others not set: clearing work buffers of the
+// worst case's size would cost more than a quarter of a long conversion. Null when there is no
+// memory.
+template <typename Character>
+std::unique_ptr<Character[]> Allocate(std::size_t count) {
+  std::unique_ptr<Character[]> buffer(new (std::nothrow) Character[count]);
+  if (buffer != nullptr) buffer[0] = Character();
+  return buffer;
 }
 
 }  // namespace
@@ -69,8 +72,8 @@ uint32_t tivmcomn_unicode_to_utf8(const wchar_t* src, char* dst, unsigned int* d
   if (length > kMaxWideLength || static_cast<std::int32_t>(length * kMaxUtf8Bytes + 1) > capacity) {
     return ZEBCOMN_STATUS_FAILURE;
   }
-  const auto out = AllocateBytes(length * kMaxUtf8Bytes + 1);
-  const auto in = AllocateWide(length + 1);
+  const auto out = Allocate<char>(length * kMaxUtf8Bytes + 1);
+  const auto in = Allocate<wchar_t>(length + 1);
   if (out == nullptr || in == nullptr) return ZEBCOMN_STATUS_FAILURE;
   std::wmemcpy(in.get(), src, length + 1);
 
@@ -85,14 +88,17 @@ uint32_t tivmcomn_utf8_to_unicode(const char* src, wchar_t* dst, int* dstSize) {
   if (src == nullptr || dst == nullptr || dstSize == nullptr) return ZEBCOMN_STATUS_FAILURE;
   const std::size_t bytes = std::strlen(src) + 1;
   if (*dstSize < 0 || static_cast<std::size_t>(*dstSize) < bytes) return ZEBCOMN_STATUS_FAILURE;
-  // One character more than can be produced, all zero: it terminates whatever is produced.
-  const auto out = AllocateWide(bytes + 1);
-  const auto in = AllocateBytes(bytes);
+  // One character more than can be produced: it terminates whatever is produced.
+  const auto out = Allocate<wchar_t>(bytes + 1);
+  const auto in = Allocate<char>(bytes);
   if (out == nullptr || in == nullptr) return ZEBCOMN_STATUS_FAILURE;
   std::memcpy(in.get(), src, bytes);
 
   const Converter converter(WideEncoding(), "UTF8");
-  converter.Convert(in.get(), bytes, reinterpret_cast<char*>(out.get()), bytes * sizeof(wchar_t));
+  const char* const start = reinterpret_cast<const char*>(out.get());
+  const char* const end = converter.Convert(in.get(), bytes, reinterpret_cast<char*>(out.get()),
+                                            bytes * sizeof(wchar_t));
+  out[static_cast<std::size_t>(end - start) / sizeof(wchar_t)] = L'\0';
   std::wcscpy(dst, out.get());
   return ZEBCOMN_STATUS_OK;
 }
@@ -102,7 +108,7 @@ namespace quenty_com::pelu {
 std::string tivmcomn_wide_to_ansi(const std::wstring& text) {
   if (text.length() > kMaxWideLength) return {};
   auto capacity = static_cast<unsigned int>(text.length() * kMaxUtf8Bytes + 1);
-  const auto buffer = AllocateBytes(capacity);
+  const auto buffer = Allocate<char>(capacity);
   if (buffer == nullptr) return {};
   tivmcomn_unicode_to_utf8(text.c_str(), buffer.get(), &capacity);
   try {
@@ -115,7 +121,7 @@ std::string tivmcomn_wide_to_ansi(const std::wstring& text) {
 std::wstring tivmcomn_ansi_to_wide(const std::string& text) {
   if (text.length() >= static_cast<std::size_t>(std::numeric_limits<int>::max())) return {};
   auto capacity = static_cast<int>(text.length() + 1);
-  const auto buffer = AllocateWide(text.length() + 1);
+  const auto buffer = Allocate<wchar_t>(text.length() + 1);
   if (buffer == nullptr) return {};
   tivmcomn_utf8_to_unicode(text.c_str(), buffer.get(), &capacity);
   try {
