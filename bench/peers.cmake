@@ -26,10 +26,10 @@ function(peer_of_package peer package)
 endfunction()
 
 peer_of_pkg_config(winpr winpr2)
-peer_of_pkg_config(glib glib-2.0 gthread-2.0 gmodule-2.0)
+peer_of_pkg_config(glib glib-2.0 gthread-2.0 gmodule-2.0 gio-2.0)
 peer_of_pkg_config(apr apr-1)
 peer_of_pkg_config(libuv libuv)
-peer_of_package(poco Poco Poco::Foundation COMPONENTS Foundation)
+peer_of_package(poco Poco Poco::Foundation Poco::Net COMPONENTS Foundation Net)
 peer_of_package(boost Boost Boost::thread Boost::chrono Boost::filesystem
   COMPONENTS thread chrono filesystem)
 peer_of_package(abseil absl absl::synchronization absl::time absl::strings)

@@ -87,6 +87,7 @@ def _unknown(goals, results):
 
 def _missing(goals, results):
     run = {key.operation for key in results.medians if key.subject == verdicts.OURS}
+    run |= set(results.left_out)
     return ([f"{name}: was not run" for name in goals["operations"] if name not in run] +
             [f"{name}: was not measured" for name in goals["facts"] if name not in results.facts])
 
@@ -124,6 +125,8 @@ def main():
     rows = {group["id"]: group_rows(group["id"], goals, results) for group in goals["groups"]}
     if not options.smoke:
         publish(goals, results, rows, options.partial)
+    for name, reason in results.left_out.items():
+        print(f"bench: {name} is left out: {reason}", file=sys.stderr)
     problems = problems_of(goals, results, rows, options)
     for problem in problems:
         print(f"bench: {problem}", file=sys.stderr)

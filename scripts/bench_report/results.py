@@ -10,6 +10,9 @@ NANOSECONDS = {"ns": 1.0, "us": 1e3, "ms": 1e6, "s": 1e9}
 SUFFIXES = ("real_time", "manual_time", "process_time")
 OPTION_PREFIXES = ("min_time:", "min_warmup_time:", "iterations:", "repeats:")
 
+# How a benchmark says that the machine refuses what it needs.
+LEFT_OUT = "left out: "
+
 Key = collections.namedtuple("Key", "operation subject param")
 
 
@@ -21,6 +24,7 @@ class Results:
         self.repetitions = {}
         self.facts = {}
         self.errors = []
+        self.left_out = {}  # By operation: why the machine does not let it run.
 
     def time_of(self, operation, subject, param):
         return self.medians.get(Key(operation, subject, param))
@@ -70,8 +74,11 @@ def load(folder):
 
 
 def _add(entry, times, results):
-    if entry.get("error_occurred"):
-        results.errors.append(f"{entry['name']}: {entry.get('error_message', 'failed')}")
+    message = entry.get("error_message", "failed")
+    if entry.get("error_occurred") and message.startswith(LEFT_OUT):
+        results.left_out[key_of(entry["name"]).operation] = message[len(LEFT_OUT):]
+    elif entry.get("error_occurred"):
+        results.errors.append(f"{entry['name']}: {message}")
     elif entry.get("run_type") == "iteration":
         name = entry.get("run_name", entry["name"])
         time = entry["real_time" if counts_clock(name) else "cpu_time"]

@@ -1,7 +1,14 @@
 """Judges the results by bench/goals.json."""
 import dataclasses
+import math
+import statistics
 
 OURS = "zebcomn"
+
+# An operation whose cost grows with the input has the power 1; the larger a working set, the dearer
+# its memory. What a file system costs more for many files shows in the floor too.
+MOST_EXPONENT = 1.15
+FLOOR_MARGIN = 0.05
 
 
 @dataclasses.dataclass
@@ -50,10 +57,53 @@ def rows_of(operation, goals, results):
             if theirs:
                 ratios[subject] = ours / theirs
         title = goals["title"] + (f", {param_text(param)}" if param else "")
+        # A size that only we were measured with is there for the growth.
+        if not ratios and "growth" in goals:
+            continue
         row = Row(operation, title, ratios, [])
         _judge(row, goals, param)
         rows.append(row)
-    return rows
+    return rows + growth_rows(operation, goals, results)
+
+
+def growth_rows(operation, goals, results):
+    """The line that tells how the cost grows over the sizes that the operation was run with."""
+    parameter = goals.get("growth")
+    ours = _points(operation, OURS, parameter, results)
+    if len(ours) < 3:
+        return []
+    exponent = _exponent(ours)
+    most = MOST_EXPONENT
+    words = f"grows as its input to the power of {exponent:.2f}, {ours[0][0]:,} to {ours[-1][0]:,}"
+    floor = _points(operation, "floor", parameter, results)
+    if len(floor) == len(ours):
+        most = max(most, _exponent(floor) + FLOOR_MARGIN)
+        words += f" (the floor: {_exponent(floor):.2f})"
+    row = Row(operation, f"{goals['title']}: growth with {parameter}", {}, [f"≤ {most:.2f}"], words)
+    if exponent > most:
+        row.verdict = f"**missed**: {words}"
+        row.failures.append(f"{row.title}: power of {exponent:.2f}, goal {most:.2f}")
+    return [row]
+
+
+def _points(operation, subject, parameter, results):
+    """(size, time), by size."""
+    points = []
+    for param in results.params_of(operation):
+        name, _, number = param.partition(":")
+        time = results.time_of(operation, subject, param)
+        if name == parameter and time:
+            points.append((int(number), time))
+    return sorted(points)
+
+
+def _exponent(points):
+    """The slope of the straight line through the logarithms, by least squares."""
+    xs = [math.log(size) for size, _ in points]
+    ys = [math.log(time) for _, time in points]
+    x_mean, y_mean = statistics.fmean(xs), statistics.fmean(ys)
+    return (sum((x - x_mean) * (y - y_mean) for x, y in zip(xs, ys)) /
+            sum((x - x_mean) ** 2 for x in xs))
 
 
 def _judge(row, goals, param):
@@ -65,8 +115,7 @@ def _judge(row, goals, param):
         word = _judge_goal(row, goal)
         if word not in words:
             words.append(word)
-    if goals.get("note"):
-        words.append(goals["note"])
+    words += [goals.get("param_notes", {}).get(param, ""), goals.get("note", "")]
     row.verdict = "; ".join(word for word in words if word)
 
 
