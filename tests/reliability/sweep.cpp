@@ -1,13 +1,19 @@
 #include "tests/reliability/sweep.h"
 
+#include <gtest/gtest-spi.h>
 #include <pthread.h>
 #include <sched.h>
+#include <sys/mman.h>
 
-#include <array>
 #include <cstdio>
+#include <exception>
+#include <functional>
+#include <new>
+#include <sstream>
 #include <utility>
 
 #include "tests/support/descriptors.h"
+#include "tests/support/fresh_process.h"
 
 #ifdef __SANITIZE_ADDRESS__
 #include <sanitizer/lsan_interface.h>
@@ -32,7 +38,7 @@ std::vector<const Use*>& Uses() {
   return uses;
 }
 
-// Prints what the run of the program has swept.
+// Prints what this run of the program has swept.
 class Summary : public testing::Environment {
  public:
   void TearDown() override {
@@ -52,6 +58,36 @@ std::string_view WithoutSizeSuffix(std::string_view name) {
   return name;
 }
 
+// What tells the checks of a run: which call fails, and where.
+std::string Describe(const CallPlan& plan) {
+  if (plan.failing_call == 0) return "without a failure";
+  std::string text = "call " + std::to_string(plan.failing_call);
+  if (plan.function == nullptr) return text + " does not come";
+  return text + ", " + plan.function + " for the " + std::to_string(plan.nth) +
+         ". time, fails with " + std::to_string(plan.error);
+}
+
+// A plan that a child process can tell its parent about.
+class SharedPlan {
+ public:
+  SharedPlan(long failing_call, int error_choice)
+      : page_(mmap(nullptr, sizeof(CallPlan), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS,
+                   -1, 0)) {
+    if (page_ == MAP_FAILED) throw std::bad_alloc();
+    get() = CallPlan{};
+    get().failing_call = failing_call;
+    get().error_choice = error_choice;
+  }
+  ~SharedPlan() { munmap(page_, sizeof(CallPlan)); }
+  SharedPlan(const SharedPlan&) = delete;
+  SharedPlan& operator=(const SharedPlan&) = delete;
+
+  CallPlan& get() const { return *static_cast<CallPlan*>(page_); }
+
+ private:
+  void* page_;
+};
+
 // The blocks that the process has more than before. A thread that has ended may still be giving
 // some back, so it is waited for.
 long BlocksMoreThan(long before, long expected) {
@@ -64,24 +100,114 @@ long BlocksMoreThan(long before, long expected) {
   return more;
 }
 
-// The sanitizer's own opinion: the counted blocks do not tell what is still reachable.
-void ExpectNoLeak() {
-#ifdef __SANITIZE_ADDRESS__
-  EXPECT_EQ(__lsan_do_recoverable_leak_check(), 0);
-#endif
-}
-
 bool CancellationIsEnabled() {
   int state = PTHREAD_CANCEL_DISABLE;
   pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, &state);
   return state == PTHREAD_CANCEL_ENABLE;
 }
 
+// The sanitizer's own opinion of what the use has left.
+void ExpectNoLeak() {
+#ifdef __SANITIZE_ADDRESS__
+  EXPECT_EQ(__lsan_do_recoverable_leak_check(), 0);
+#endif
+}
+
+// How often a run is made that loses memory each time: what the process, or the loader, sets up and
+// keeps is lost in the first few of equal runs only.
+constexpr int kRunsOfALoss = 4;
+
+void RunAndCheck(Use::Body body, CallPlan* plan, int runs = kRunsOfALoss) {
+  const CallPlan fresh_plan = *plan;
+  for (;;) {
+    *plan = fresh_plan;
+    const int descriptors = OpenDescriptorCount();
+    const long blocks = LiveBlocks();
+    Trial trial(plan);
+    body(trial);
+    const long more = BlocksMoreThan(blocks, trial.left().blocks);
+    if (more != trial.left().blocks && --runs > 0) continue;
+    EXPECT_TRUE(trial.was_armed()) << "the use has no armed call";
+    EXPECT_EQ(more, trial.left().blocks) << "blocks of memory";
+    EXPECT_EQ(OpenDescriptorCount() - descriptors, trial.left().descriptors) << "descriptors";
+    EXPECT_EQ(plan->locks_held, trial.left().locks) << "locks";
+    EXPECT_TRUE(CancellationIsEnabled());
+    return;
+  }
+}
+
+// What the expectations of `run` said that did not hold.
+std::string FaultsOf(const std::function<void()>& run) {
+  testing::TestPartResultArray results;
+  {
+    const testing::ScopedFakeTestPartResultReporter reporter(
+        testing::ScopedFakeTestPartResultReporter::INTERCEPT_ALL_THREADS, &results);
+    try {
+      run();
+    } catch (const std::exception& error) {
+      ADD_FAILURE() << "thrown: " << error.what();
+    }
+  }
+  std::ostringstream text;
+  for (int i = 0; i < results.size(); ++i) text << results.GetTestPartResult(i) << "\n";
+  return text.str();
+}
+
+// How one run is made: it gives what did not hold.
+using Runner = std::function<std::string(CallPlan* plan)>;
+
+// What a whole sweep gives, and what it found.
+struct Report {
+  long failures = 0;
+  std::string faults;
+};
+
+// Runs with the given call failing, and then without a failure.
+std::string RunOnce(const Runner& run, CallPlan* plan) {
+  std::string faults = run(plan);
+  if (!faults.empty()) return Describe(*plan) + ":\n" + faults;
+  if (plan->function == nullptr) return "";
+  const SharedPlan undisturbed(0, 0);
+  faults = run(&undisturbed.get());
+  return faults.empty() ? "" : "after " + Describe(*plan) + ":\n" + faults;
+}
+
+Report SweepCalls(const Runner& run) {
+  Report report;
+  const SharedPlan first(0, 0);
+  report.faults = RunOnce(run, &first.get());
+  for (long call = 1; report.faults.empty() && call < kMostCalls; ++call) {
+    int choices = 1;
+    for (int choice = 0; choice < choices; ++choice) {
+      const SharedPlan plan(call, choice);
+      report.faults = RunOnce(run, &plan.get());
+      if (!report.faults.empty() || plan.get().function == nullptr) return report;
+      ++report.failures;
+      choices = plan.get().error_choices;
+    }
+  }
+  if (report.faults.empty()) report.faults = "the use does not come to its end";
+  return report;
+}
+
+void Tell(const std::string& name, const Report& report) {
+  ++figures.uses;
+  figures.failures += report.failures;
+  if (!report.faults.empty()) ADD_FAILURE() << name << ": " << report.faults;
+}
+
+bool IsNamed(const CallPlan& plan, std::string_view function) {
+  return plan.function != nullptr && function == plan.function;
+}
+
 }  // namespace
 
-Trial::Trial(long failing_call, int error_choice) : plan_{} {
-  plan_.failing_call = failing_call;
-  plan_.error_choice = error_choice;
+bool Trial::FailedIn(std::string_view function) const {
+  return Failed() && WithoutSizeSuffix(plan_->function) == function;
+}
+
+bool Trial::FailedIn(std::string_view function, int nth) const {
+  return FailedIn(function) && plan_->nth == nth;
 }
 
 bool Trial::FailedInAllocation() const {
@@ -97,13 +223,12 @@ void Trial::Leaves(const Remains& remains, const std::string& why) {
 Trial::Armed::Armed(Trial* trial) : trial_(trial) {
   trial_->was_armed_ = true;
   ClearErrorSlot();
-  ArmCalls(&trial_->plan_);
+  ArmCalls(trial_->plan_);
 }
 
 Trial::Armed::~Armed() {
   DisarmCalls();
   trial_->error_slot_ = nErrno;
-  if (trial_->Failed()) trial_->function_ = WithoutSizeSuffix(trial_->plan_.function);
 }
 
 Use::Use(std::string name, std::vector<std::string> covered, Body body)
@@ -115,60 +240,42 @@ const std::vector<const Use*>& AllUses() {
   return Uses();
 }
 
-Trial Use::RunOnce(long failing_call, int error_choice) const {
-  // What the process sets up once and keeps is lost in the first of two equal runs only.
-  for (bool again = false;; again = true) {
-    const int descriptors = OpenDescriptorCount();
-    const long blocks = LiveBlocks();
-    Trial trial(failing_call, error_choice);
-    body_(trial);
-    EXPECT_TRUE(trial.was_armed()) << "the use has no armed call";
-    const long expected = trial.left().blocks;
-    const long more = BlocksMoreThan(blocks, expected);
-    if (more != expected && !again) continue;
-    EXPECT_EQ(more, expected) << "blocks of memory";
-    EXPECT_EQ(OpenDescriptorCount() - descriptors, trial.left().descriptors) << "descriptors";
-    EXPECT_EQ(trial.locks_held(), trial.left().locks) << "locks";
-    EXPECT_TRUE(CancellationIsEnabled());
-    return trial;
-  }
-}
-
 void Use::Sweep() const {
-  SweepCalls();
+  Tell(name_,
+       SweepCalls([this](CallPlan* plan) { return FaultsOf([&] { RunAndCheck(body_, plan); }); }));
   ExpectNoLeak();
 }
 
-void Use::SweepCalls() const {
-  ++figures.uses;
-  {
-    SCOPED_TRACE("without a failure, for the first time");
-    RunOnce(0, 0);
-  }
-  for (long call = 1; call < kMostCalls; ++call) {
-    int choices = 1;
-    for (int choice = 0; choice < choices; ++choice) {
-      SCOPED_TRACE(testing::Message() << "call " << call << " fails with error " << choice);
-      const Trial trial = RunOnce(call, choice);
-      if (!trial.Failed()) return;
-      choices = trial.error_choices();
-      ++figures.failures;
-      SCOPED_TRACE(testing::Message() << "which was " << trial.function() << ", error "
-                                      << trial.error() << "; then without a failure");
-      RunOnce(0, 0);
-      if (testing::Test::HasFailure()) {
-        ADD_FAILURE() << name_ << ": the failing call was " << trial.function() << ", error "
-                      << trial.error();
-        return;
-      }
-    }
-  }
-  ADD_FAILURE() << name_ << " does not come to an end";
+void Use::SweepInChildren(std::string_view ends_in) const {
+  Tell(name_, SweepCalls([&](CallPlan* plan) -> std::string {
+         try {
+           const std::string faults =
+               RunInFreshProcess([&] { return FaultsOf([&] { RunAndCheck(body_, plan, 1); }); });
+           return IsNamed(*plan, ends_in) ? "the process goes on" : faults;
+         } catch (const std::exception& error) {
+           return IsNamed(*plan, ends_in) ? "" : error.what();
+         }
+       }));
+}
+
+void Use::SweepInHost(Preparation prepare) const {
+  if (const std::string why = WhyNoPrivateHost(); !why.empty()) GTEST_SKIP() << why;
+  const std::string answer = RunInPrivateHost([&](PrivateHost& host) {
+    prepare(host);
+    const Report report =
+        SweepCalls([this](CallPlan* plan) { return FaultsOf([&] { RunAndCheck(body_, plan); }); });
+    const std::string leaks = FaultsOf(ExpectNoLeak);
+    return std::to_string(report.failures) + "\n" + report.faults + leaks;
+  });
+  const size_t end_of_figure = answer.find('\n');
+  Tell(name_, {std::stol(answer.substr(0, end_of_figure)), answer.substr(end_of_figure + 1)});
 }
 
 void Use::ExpectNoCalls() const {
   ++figures.uses_without_calls;
-  EXPECT_EQ(RunOnce(0, 0).calls(), 0) << name_;
+  CallPlan plan{};
+  RunAndCheck(body_, &plan);
+  EXPECT_EQ(plan.calls, 0) << name_;
 }
 
 }  // namespace zebcomn_test

@@ -6,8 +6,8 @@
 /// again and again: first without a failure, then with the 1st call of the C library failing that
 /// the armed part makes, then with the 2nd, and so on until the use passes without having met its
 /// failure; each call fails once with each of its errors. After each run the sweep checks that no
-/// memory, descriptor or lock is lost, that threads can still be cancelled, and that the use passes
-/// without a failure once more.
+/// memory, descriptor or lock is lost, that the thread can still be cancelled, and that the use
+/// passes without a failure once more.
 ///
 /// To add a use, write
 ///
@@ -24,10 +24,18 @@
 /// ("ISysProps::GetOSInformation"). The body runs hundreds of times, so it must set up everything
 /// that it needs and clean up everything that it made. Make texts and other arguments outside
 /// Call(): the failures are meant for the library. What a failed call leaves behind by description
-/// is said with trial.Leaves(), and checked as exactly that.
+/// is said with trial.Leaves(), and checked as exactly that; the body then also holds an
+/// ExpectedLeak, for the sanitizer.
 ///
-/// ZEBCOMN_USE_WITHOUT_CALLS is for functions that make no call that can fail: their use runs once,
-/// and the sweep checks that it saw none.
+/// The other forms:
+///  - ZEBCOMN_USE_WITHOUT_CALLS, for functions that make no call that can fail: the use runs once,
+///    and the sweep checks that it saw none.
+///  - ZEBCOMN_FRESH_USE: each run is in a child process, for what the library does in a process's
+///    first call only. Nothing else in the program may make that call.
+///  - ZEBCOMN_ENDING_USE(suite, name, function, ...): the same, and a run in which `function` fails
+///    must end its process with abort().
+///  - ZEBCOMN_HOST_USE(suite, name, prepare, ...): all runs are in one private host, for which
+///    `prepare(PrivateHost&)` is called first; skipped where there are none.
 
 #include <gtest/gtest.h>
 
@@ -38,13 +46,14 @@
 
 #include "tests/support/call_plan.h"
 #include "tests/support/error_slot.h"
+#include "tests/support/private_host.h"
 #include "zebcomn/portable/error.h"
 
 namespace zebcomn_test {
 
 /// What a run leaves behind.
 struct Remains {
-  long blocks = 0;      ///< Blocks of memory, where they can be counted.
+  long blocks = 0;      ///< Blocks of memory.
   int descriptors = 0;  ///< Open file descriptors.
   int locks = 0;        ///< Mutexes that the armed calls locked and did not unlock.
 };
@@ -52,35 +61,31 @@ struct Remains {
 /// One run of a use.
 class Trial {
  public:
-  /// At most the `failing_call`-th call of the run fails, with the error of this number.
-  Trial(long failing_call, int error_choice);
+  explicit Trial(CallPlan* plan) : plan_(plan) {}
 
-  /// Runs `call` armed. It may be used several times in a run; the calls are counted on. It must
-  /// run on the thread whose calls are to fail, with one thread at a time. What `call` throws goes
-  /// on.
+  /// Runs `call` armed. It may be used several times in a run; the calls are counted on. It runs on
+  /// the thread whose calls are to fail, one thread at a time. What `call` throws goes on.
   template <typename Function>
   void Call(Function&& call) {
     const Armed armed(this);
     call();
   }
 
-  /// Whether a call has been made to fail so far; if so, which function (by the name that the
-  /// library called, without "64") and with which error.
-  bool Failed() const { return plan_.function != nullptr; }
-  bool FailedIn(std::string_view function) const { return function_ == function; }
+  /// Whether a call has been made to fail so far; if so, which function (without the "64" of its
+  /// name) and with which error.
+  bool Failed() const { return plan_->function != nullptr; }
+  bool FailedIn(std::string_view function) const;
+  /// The same for the `nth` call of the function in this run, counted from 1.
+  bool FailedIn(std::string_view function, int nth) const;
   /// The same for any function that takes memory.
   bool FailedInAllocation() const;
-  std::string_view function() const { return function_; }
-  int error() const { return plan_.error; }
+  int error() const { return plan_->error; }
   /// `nErrno` after the last Call(); `kErrorLeftAlone` if the library did not store anything.
   int ErrorSlot() const { return error_slot_; }
 
   /// Says that this run leaves something behind by description, and why.
   void Leaves(const Remains& remains, const std::string& why);
 
-  long calls() const { return plan_.calls; }
-  int error_choices() const { return plan_.error_choices; }
-  int locks_held() const { return plan_.locks_held; }
   bool was_armed() const { return was_armed_; }
   const Remains& left() const { return left_; }
 
@@ -96,8 +101,7 @@ class Trial {
     Trial* trial_;
   };
 
-  CallPlan plan_;
-  std::string_view function_;
+  CallPlan* plan_;
   int error_slot_ = kErrorLeftAlone;
   bool was_armed_ = false;
   Remains left_;
@@ -107,19 +111,20 @@ class Trial {
 class Use {
  public:
   using Body = void (*)(Trial& trial);
+  using Preparation = void (*)(PrivateHost& host);
+
   Use(std::string name, std::vector<std::string> covered, Body body);
 
-  /// Fails every call once. Reports what it finds as failures of the current test.
+  /// Fails every call once. What is found is reported as a failure of the current test.
   void Sweep() const;
+  void SweepInChildren(std::string_view ends_in = {}) const;
+  void SweepInHost(Preparation prepare) const;
   /// Runs the use once and reports every call that could have failed.
   void ExpectNoCalls() const;
 
   const std::vector<std::string>& covered() const { return covered_; }
 
  private:
-  void SweepCalls() const;
-  Trial RunOnce(long failing_call, int error_choice) const;
-
   std::string name_;
   std::vector<std::string> covered_;
   Body body_;
@@ -130,17 +135,24 @@ const std::vector<const Use*>& AllUses();
 
 }  // namespace zebcomn_test
 
-#define ZEBCOMN_USE_IN_TEST(suite, name, how, ...)                                 \
+// `sweep` is what the test does with the use.
+#define ZEBCOMN_USE_IN_TEST(suite, name, sweep, ...)                               \
   static void suite##name##Body(zebcomn_test::Trial& trial);                       \
   static const zebcomn_test::Use suite##name##Use(#suite "." #name, {__VA_ARGS__}, \
                                                   suite##name##Body);              \
   TEST(suite, name) {                                                              \
-    suite##name##Use.how();                                                        \
+    suite##name##Use.sweep;                                                        \
   }                                                                                \
   static void suite##name##Body([[maybe_unused]] zebcomn_test::Trial& trial)
 
-#define ZEBCOMN_USE(suite, name, ...) ZEBCOMN_USE_IN_TEST(suite, name, Sweep, __VA_ARGS__)
+#define ZEBCOMN_USE(suite, name, ...) ZEBCOMN_USE_IN_TEST(suite, name, Sweep(), __VA_ARGS__)
 #define ZEBCOMN_USE_WITHOUT_CALLS(suite, name, ...) \
-  ZEBCOMN_USE_IN_TEST(suite, name, ExpectNoCalls, __VA_ARGS__)
+  ZEBCOMN_USE_IN_TEST(suite, name, ExpectNoCalls(), __VA_ARGS__)
+#define ZEBCOMN_FRESH_USE(suite, name, ...) \
+  ZEBCOMN_USE_IN_TEST(suite, name, SweepInChildren(), __VA_ARGS__)
+#define ZEBCOMN_ENDING_USE(suite, name, function, ...) \
+  ZEBCOMN_USE_IN_TEST(suite, name, SweepInChildren(function), __VA_ARGS__)
+#define ZEBCOMN_HOST_USE(suite, name, prepare, ...) \
+  ZEBCOMN_USE_IN_TEST(suite, name, SweepInHost(prepare), __VA_ARGS__)
 
 #endif  // ZEBCOMN_TESTS_RELIABILITY_SWEEP_H_

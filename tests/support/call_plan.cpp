@@ -75,10 +75,22 @@ ZEBCOMN_PLAIN bool IsBystander(const void* caller) {
   return false;
 }
 
+// Which call of its function this is. A name has one address, since it has one wrapper.
+ZEBCOMN_PLAIN int CountCall(CallPlan* plan, const char* function) {
+  for (CallCount& count : plan->counts) {
+    if (count.function != nullptr && count.function != function) continue;
+    count.function = function;
+    return ++count.calls;
+  }
+  std::abort();
+}
+
 // Counts a call; true if it is the one to fail.
 ZEBCOMN_PLAIN bool IsDue(CallPlan* plan, const char* function, int error_count) {
+  const int nth = CountCall(plan, function);
   if (++plan->calls != plan->failing_call) return false;
   plan->function = function;
+  plan->nth = nth;
   plan->error_choices = error_count;
   return true;
 }
@@ -120,9 +132,11 @@ InsideCall::~InsideCall() {
   --inside_calls;
 }
 
-ZEBCOMN_PLAIN void NoteLock() {
+ZEBCOMN_PLAIN void NoteLock(const void* mutex) {
   CallPlan* const plan = armed_plan;
-  if (plan != nullptr && inside_calls == 0) ++plan->locks_held;
+  if (plan == nullptr || inside_calls != 0) return;
+  ++plan->locks_held;
+  if (plan->given_back == mutex) plan->given_back = nullptr;
 }
 
 ZEBCOMN_PLAIN bool IsUnlockedAlready(const void* mutex) {
@@ -140,6 +154,14 @@ ZEBCOMN_PLAIN void NoteUnlock() {
 ZEBCOMN_PLAIN void NoteFailedUnlock(const void* mutex) {
   armed_plan->given_back = mutex;
   --armed_plan->locks_held;
+}
+
+void NoteFailedStream(const void* stream) {
+  armed_plan->stream = stream;
+}
+
+bool HasFailedStream(const void* stream) {
+  return armed_plan != nullptr && armed_plan->stream == stream;
 }
 
 long LiveBlocks() {

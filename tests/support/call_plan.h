@@ -8,6 +8,12 @@
 
 namespace zebcomn_test {
 
+/// How often a function has been called.
+struct CallCount {
+  const char* function;
+  int calls;
+};
+
 /// What one armed stretch is to do, and what came of it.
 struct CallPlan {
   long failing_call;  ///< Which call fails, counted from 1; 0 for none.
@@ -15,10 +21,13 @@ struct CallPlan {
 
   long calls;              ///< Calls seen so far.
   const char* function;    ///< The function that was made to fail; null for none so far.
+  int nth;                 ///< Which of its calls that was, counted from 1.
   int error;               ///< The error that it failed with.
   int error_choices;       ///< How many errors it can fail with.
   int locks_held;          ///< Mutexes locked less mutexes unlocked.
   const void* given_back;  ///< The mutex whose unlock was made to fail.
+  const void* stream;      ///< The stream whose reading was made to fail.
+  CallCount counts[64];    ///< The functions seen so far; null after the last.
 };
 
 /// The calling thread's plan counts and fails calls from ArmCalls() to DisarmCalls().
@@ -40,13 +49,16 @@ class InsideCall {
   InsideCall& operator=(const InsideCall&) = delete;
 };
 
-/// For the wrappers of a mutex. True if the unlock belongs to one that was made to fail: the mutex
-/// has been given back then.
-void NoteLock();
-bool IsUnlockedAlready(const void* mutex);
+/// For the wrappers of a mutex. An unlock that is made to fail gives the mutex back all the same,
+/// so that nobody waits for it for ever; trying again does nothing then.
+void NoteLock(const void* mutex);
 void NoteUnlock();
-/// The mutex whose unlock is being made to fail is given back all the same.
 void NoteFailedUnlock(const void* mutex);
+bool IsUnlockedAlready(const void* mutex);
+
+/// For the wrappers of a stream: whether a read of it was made to fail.
+void NoteFailedStream(const void* stream);
+bool HasFailedStream(const void* stream);
 
 /// Blocks of memory taken less blocks given back by the whole process.
 long LiveBlocks();

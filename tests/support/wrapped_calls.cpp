@@ -84,6 +84,19 @@ int DueOf(const char* function, std::initializer_list<int> errors, const void* c
     return next arguments;                                      \
   }
 
+// Reads a block of a stream. One that fails leaves its mark on the stream.
+#define READING_CALL(name)                                            \
+  size_t name(void* block, size_t size, size_t count, void* stream) { \
+    NEXT(name);                                                       \
+    if (const int error = DUE(name, EIO)) {                           \
+      zebcomn_test::NoteFailedStream(stream);                         \
+      errno = error;                                                  \
+      return kZero;                                                   \
+    }                                                                 \
+    const InsideCall inside;                                          \
+    return next(block, size, count, stream);                          \
+  }
+
 #pragma GCC visibility push(default)
 extern "C" {
 
@@ -116,7 +129,7 @@ int pthread_mutex_lock(void* mutex) {
   NEXT(pthread_mutex_lock);
   if (const int error = DUE(pthread_mutex_lock, EAGAIN, EINVAL)) return error;
   const int result = next(mutex);
-  if (result == 0) zebcomn_test::NoteLock();
+  if (result == 0) zebcomn_test::NoteLock(mutex);
   return result;
 }
 
@@ -153,10 +166,8 @@ CALL(int, __fstatat64_time64, (int dir, const char* path, void* status, int flag
      (dir, path, status, flags), kMinusOne, ENOENT)
 CALL(int, ftruncate, (int fd, Offset length), (fd, length), kMinusOne, EIO)
 CALL(int, ftruncate64, (int fd, int64_t length), (fd, length), kMinusOne, EIO)
-CALL(size_t, fread, (void* block, size_t size, size_t count, void* stream),
-     (block, size, count, stream), kZero, EIO)
-CALL(size_t, fread_unlocked, (void* block, size_t size, size_t count, void* stream),
-     (block, size, count, stream), kZero, EIO)
+READING_CALL(fread)
+READING_CALL(fread_unlocked)
 CALL(size_t, fwrite, (const void* block, size_t size, size_t count, void* stream),
      (block, size, count, stream), kZero, ENOSPC)
 CALL(size_t, fwrite_unlocked, (const void* block, size_t size, size_t count, void* stream),
@@ -198,6 +209,11 @@ CALL(int, statfs64, (const char* path, void* status), (path, status), kMinusOne,
 CALL(int, unlinkat, (int dir, const char* path, int flags), (dir, path, flags), kMinusOne, EBUSY)
 CALL(ssize_t, write, (int fd, const void* buffer, size_t size), (fd, buffer, size), kMinusOne,
      ENOSPC)
+
+int ferror(void* stream) {
+  NEXT(ferror);
+  return zebcomn_test::HasFailedStream(stream) ? kNotZero : next(stream);
+}
 
 int open(const char* path, int flags, ...) {
   NEXT(open);

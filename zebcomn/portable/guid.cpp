@@ -11,8 +11,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <mutex>
 
+#include "zebcomn/portable/held_mutex_internal.h"
 #include "zebcomn/portable/unique_fd_internal.h"
 
 namespace {
@@ -39,7 +39,7 @@ struct State {
   std::uint32_t adjustment = 0;
 };
 
-std::mutex state_mutex;  // Guards `state`.
+pthread_mutex_t state_mutex = PTHREAD_MUTEX_INITIALIZER;  // Guards `state`.
 State state;
 
 // Stores the low `bytes` bytes of `value`, the highest first.
@@ -139,7 +139,7 @@ Node NextNode() {
 
 uint8_t* tivCoCreateGuid(uint8_t* guid) {
   if (guid == nullptr) return nullptr;
-  const std::lock_guard<std::mutex> held(state_mutex);
+  const zebcomn::HeldMutex held(state_mutex, zebcomn::HeldMutex::Insist{});
   const Node node = NextNode();
   const std::uint64_t timestamp = Timestamp(NextTime());
   StoreBigEndian(timestamp, 4, guid);

@@ -1,0 +1,191 @@
+// Dynamic libraries, with and without the table.
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <string>
+
+#include "tests/reliability/sweep.h"
+#include "tests/support/expected_leak.h"
+#include "zebcomn/portable/dynamic_library.h"
+#include "zebcomn/portable/shared_object.h"
+
+namespace {
+
+using zebcomn_test::ExpectedLeak;
+using zebcomn_test::kErrorLeftAlone;
+using zebcomn_test::Trial;
+
+constexpr char kModule[] = ZEBCOMN_SWEPT_MODULE;
+
+int EntriesInUse() {
+  return TIV_LIBRARY_COUNT - static_cast<int>(std::count(std::begin(pDynamicLibraryList),
+                                                         std::end(pDynamicLibraryList), nullptr));
+}
+
+// The loader keeps its last text until it is asked again; a use begins and ends without one.
+class LoaderText {
+ public:
+  LoaderText() { Forget(); }
+  ~LoaderText() { Forget(); }
+  LoaderText(const LoaderText&) = delete;
+  LoaderText& operator=(const LoaderText&) = delete;
+
+ private:
+  static void Forget() {
+    while (dlerror() != nullptr) {
+    }
+    dlerror();
+  }
+};
+
+void ExpectLoadErrorSlot(const Trial& trial) {
+  EXPECT_EQ(trial.ErrorSlot(), trial.FailedIn("pthread_mutex_lock") ? EBUSY : kErrorLeftAlone);
+}
+
+// The module has no "DllMain", so that a failing look for it makes no difference.
+ZEBCOMN_USE(LoaderFailures, Load, "tivLoadLibrary") {
+  const LoaderText none;
+  const ExpectedLeak record_of_a_failed_load;
+  const char* message = nullptr;
+  void* module = nullptr;
+  trial.Call([&] { module = tivLoadLibrary(kModule, &message); });
+  const bool fails =
+      trial.FailedIn("pthread_mutex_lock") || trial.FailedIn("calloc") || trial.FailedIn("dlopen");
+  EXPECT_EQ(module == nullptr, fails);
+  ExpectLoadErrorSlot(trial);
+  if (trial.FailedIn("pthread_mutex_lock")) {
+    EXPECT_STREQ(message, "locked");
+  } else if (trial.FailedIn("calloc")) {
+    EXPECT_STREQ(message, "out of memory");
+  } else {
+    EXPECT_STREQ(message, "") << "the failure has no text of the loader's";
+  }
+  if (trial.FailedIn("dlopen")) trial.Leaves({1, 0, 0}, "the record of a failed load");
+  EXPECT_EQ(EntriesInUse(), fails ? 0 : 1);
+  if (!fails) {
+    EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  }
+}
+
+ZEBCOMN_USE(LoaderFailures, LoadOfAnAbsentFile, "tivLoadLibrary") {
+  const LoaderText none;
+  const ExpectedLeak record_of_a_failed_load;
+  const char* message = nullptr;
+  trial.Call([&] { EXPECT_EQ(tivLoadLibrary("/nowhere/absent.so", &message), nullptr); });
+  ExpectLoadErrorSlot(trial);
+  if (!trial.FailedIn("pthread_mutex_lock") && !trial.FailedIn("calloc")) {
+    trial.Leaves({1, 0, 0}, "the record of a failed load");
+  }
+  EXPECT_EQ(EntriesInUse(), 0);
+}
+
+ZEBCOMN_USE(LoaderFailures, LoadByAWideName, "tivLoadLibraryW") {
+  const LoaderText none;
+  const ExpectedLeak record_of_a_failed_load;
+  const std::string narrow(kModule);
+  const std::wstring name(narrow.begin(), narrow.end());
+  const wchar_t* message = nullptr;
+  void* module = nullptr;
+  trial.Call([&] { module = tivLoadLibraryW(name.c_str(), &message); });
+  ExpectLoadErrorSlot(trial);
+  EXPECT_EQ(EntriesInUse(), module == nullptr ? 0 : 1);
+  if (module == nullptr) {
+    EXPECT_TRUE(trial.Failed());
+    if (trial.FailedIn("dlopen")) {
+      EXPECT_STREQ(message, L"");
+      trial.Leaves({1, 0, 0}, "the record of a failed load");
+    } else {
+      EXPECT_STREQ(message, trial.FailedIn("pthread_mutex_lock") ? L"locked" : L"out of memory");
+    }
+    return;
+  }
+  EXPECT_FALSE(trial.FailedIn("pthread_mutex_lock") || trial.FailedIn("calloc") ||
+               trial.FailedIn("dlopen"));
+  EXPECT_NE(dlsym(module, "answer"), nullptr) << "what is loaded is the named library";
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
+ZEBCOMN_USE(LoaderFailures, Free, "tivFreeLibrary") {
+  const LoaderText none;
+  void* module = tivLoadLibrary(kModule, nullptr);
+  BOOL freed = FALSE;
+  trial.Call([&] { freed = tivFreeLibrary(module); });
+  // The library's own lock is taken anyhow; the second lock is the table's.
+  const bool locked_out = trial.FailedIn("pthread_mutex_lock", 2);
+  EXPECT_EQ(freed, locked_out || trial.FailedIn("dlclose") ? FALSE : TRUE);
+  EXPECT_EQ(trial.ErrorSlot(), locked_out ? EBUSY : kErrorLeftAlone);
+  EXPECT_EQ(EntriesInUse(), locked_out ? 1 : 0);
+  if (locked_out) {
+    EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  }
+}
+
+// A module in the table, for a use of what is in it.
+class LoadedModule {
+ public:
+  LoadedModule() : module_(tivLoadLibrary(kModule, nullptr)) {}
+  ~LoadedModule() { EXPECT_EQ(tivFreeLibrary(module_), TRUE); }
+  LoadedModule(const LoadedModule&) = delete;
+  LoadedModule& operator=(const LoadedModule&) = delete;
+  void* get() const { return module_; }
+
+ private:
+  void* module_;
+};
+
+ZEBCOMN_USE(LoaderFailures, Symbol, "tivGetProcAddress") {
+  const LoaderText none;
+  const LoadedModule module;
+  const char* message = nullptr;
+  void* address = nullptr;
+  trial.Call([&] { address = tivGetProcAddress(module.get(), "answer", &message); });
+  EXPECT_EQ(address == nullptr, trial.FailedIn("dlsym"));
+  EXPECT_STREQ(message, "");
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
+ZEBCOMN_USE(LoaderFailures, AbsentSymbol, "tivGetProcAddress") {
+  const LoaderText none;
+  const LoadedModule module;
+  const char* message = nullptr;
+  trial.Call([&] { EXPECT_EQ(tivGetProcAddress(module.get(), "absent", &message), nullptr); });
+  if (!trial.Failed()) {
+    EXPECT_STRNE(message, "");
+  }
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
+ZEBCOMN_USE(LoaderFailures, ThreadCalls, "tivDisableThreadLibraryCalls") {
+  const LoadedModule module;
+  BOOL disabled = FALSE;
+  trial.Call([&] { disabled = tivDisableThreadLibraryCalls(module.get()); });
+  EXPECT_EQ(disabled, TRUE) << "the library's own lock is taken anyhow";
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
+ZEBCOMN_USE(LoaderFailures, Text, "tivLoadString") {
+  const LoaderText none;
+  const LoadedModule module;
+  char text[8] = "";
+  trial.Call([&] { EXPECT_EQ(tivLoadString(module.get(), 1, text, 8), 0); });
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
+ZEBCOMN_USE(LoaderFailures, WithoutTheTable, "load_shared_object_image",
+            "unload_shared_object_image") {
+  const LoaderText none;
+  void* module = nullptr;
+  BOOL loaded = FALSE;
+  BOOL unloaded = FALSE;
+  char message[512] = "";
+  trial.Call([&] { loaded = load_shared_object_image(&module, kModule, message); });
+  EXPECT_EQ(loaded, trial.FailedIn("dlopen") ? FALSE : TRUE);
+  EXPECT_EQ(module == nullptr, loaded == FALSE);
+  if (loaded == FALSE) return;
+  trial.Call([&] { unloaded = unload_shared_object_image(module); });
+  EXPECT_EQ(unloaded, trial.FailedIn("dlclose") ? FALSE : TRUE);
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
+}  // namespace
