@@ -5,6 +5,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -65,11 +66,23 @@ class LoggedHost {
   SystemLogReceiver receiver_;
 };
 
+/// The examples of this build, or those under the folder that ZEBCOMN_EXAMPLES_DIR names.
+std::string ExampleFile(const std::string& name, const char* built) {
+  const char* folder = std::getenv("ZEBCOMN_EXAMPLES_DIR");
+  return folder == nullptr ? built : folder + ("/" + name);
+}
+std::string AgentFile() {
+  return ExampleFile("agent/example_agent", EXAMPLE_AGENT);
+}
+std::string PlugInFile() {
+  return ExampleFile("plugin/example_plugin.so", EXAMPLE_PLUGIN);
+}
+
 /// The words that run the agent for this target, after those of a checker, if any.
 Words AgentWords(const Words& checker, const std::string& plug_in) {
   Words words = checker;
   for (const std::string& word : EmulatorWords()) words.push_back(word);
-  words.push_back(EXAMPLE_AGENT);
+  words.push_back(AgentFile());
   words.push_back(plug_in);
   return words;
 }
@@ -89,7 +102,7 @@ constexpr const char* kStops =
 /// Starts the agent, reloads it twice and stops it: all that it logged, and its exit status.
 std::string WholeLife(PrivateHost& host, const Words& checker, int stop_signal) {
   LoggedHost logged(host);
-  ChildProgram agent(AgentWords(checker, EXAMPLE_PLUGIN));
+  ChildProgram agent(AgentWords(checker, PlugInFile()));
   std::string story = logged.Lines(3);
   agent.Send(SIGHUP);
   story += logged.Lines(3);
@@ -128,7 +141,7 @@ TEST_F(ExampleAgent, StopsOnInterrupt) {
 TEST_F(ExampleAgent, StopAtOnceIsCleanToo) {
   const std::string story = RunInPrivateHost([](PrivateHost& host) {
     LoggedHost logged(host);
-    ChildProgram agent(AgentWords({}, EXAMPLE_PLUGIN));
+    ChildProgram agent(AgentWords({}, PlugInFile()));
     const std::string starts = logged.Lines(2);
     agent.Send(SIGTERM);
     const int status = agent.Wait();
@@ -140,7 +153,7 @@ TEST_F(ExampleAgent, StopAtOnceIsCleanToo) {
 TEST_F(ExampleAgent, ReloadWithoutThePlugInGoesOnWithoutIt) {
   const ScratchDir scratch;
   const std::string plug_in = scratch / "plugin.so";
-  std::filesystem::copy_file(EXAMPLE_PLUGIN, plug_in);
+  std::filesystem::copy_file(PlugInFile(), plug_in);
   const std::string story = RunInPrivateHost([&plug_in](PrivateHost& host) {
     LoggedHost logged(host);
     // The loader leaves the record of a load that failed behind, as it is meant to.
@@ -164,7 +177,7 @@ TEST_F(ExampleAgent, ReloadWithoutThePlugInGoesOnWithoutIt) {
 TEST_F(ExampleAgent, PlugInForNoPlatformIsRefused) {
   const std::string story = RunInPrivateHost([](PrivateHost& host) {
     LoggedHost logged(host);
-    const CommandResult result = RunTargetCommand({EXAMPLE_AGENT, PLUGIN_WITHOUT_TEXTS});
+    const CommandResult result = RunTargetCommand({AgentFile(), PLUGIN_WITHOUT_TEXTS});
     std::string lines = logged.Lines(2);
     lines += logged.Rest();
     return lines + "status " + std::to_string(result.exit_status);
@@ -175,7 +188,7 @@ TEST_F(ExampleAgent, PlugInForNoPlatformIsRefused) {
 }
 
 TEST_F(ExampleAgent, WithoutItsArgumentItTellsItsUse) {
-  const CommandResult result = RunTargetCommand({EXAMPLE_AGENT});
+  const CommandResult result = RunTargetCommand({AgentFile()});
   EXPECT_EQ(result.exit_status, 2);
   EXPECT_THAT(result.err, MatchesRegex("usage: .*example_agent PLUGIN\n"));
 }
@@ -184,7 +197,7 @@ TEST_F(ExampleAgent, WithoutItsArgumentItTellsItsUse) {
 std::string WhyNoValgrind() {
   if (!EmulatorWords().empty()) return "valgrind checks native programs only";
   if (*SANITIZERS != '\0') return "valgrind cannot run a program built with sanitizers";
-  const CommandResult probe = RunCommand({"valgrind", "--quiet", EXAMPLE_AGENT});
+  const CommandResult probe = RunCommand({"valgrind", "--quiet", AgentFile()});
   if (probe.exit_status == 127) return "valgrind is not installed";
   if (probe.err.find("debuginfo reader") != std::string::npos) {
     return "this valgrind cannot read the debug information of this compiler";

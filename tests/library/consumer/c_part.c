@@ -1,6 +1,0 @@
-#include <zebcomn/zebcomn.h>
-
-int CPart(void);
-int CPart(void) {
-  return TRUE;
-}
