@@ -1,0 +1,176 @@
+#!/usr/bin/env python3
+"""Changes the library at random, one place at a time, and counts how many changes a test notices.
+
+usage: change_lines.py [--changes N] [--seed N] [--part I/N] [UNIT...]
+
+Works on a copy of the last commit in a scratch folder, so the sources here stay as they are. A change is a
+comparison turned, a constant moved by one, a literal spoilt, a logical operator swapped, a condition
+inverted or a call dropped. One that does not compile is not counted, and another takes its place. The tests
+of the changed unit run first, then those of its subsystem, then all; the first that fails, or hangs,
+ends the search. Prints a line for each change and those that no test noticed; exits with 1 when fewer
+than nine in ten were noticed. UNIT limits it to sources whose path contains the word; --part 1/2 and
+--part 2/2 share the work between two runs. Takes about half a minute a change.
+"""
+import argparse
+import os
+import pathlib
+import random
+import re
+import subprocess
+import sys
+import tempfile
+
+TEST_SECONDS = 300
+NOTICED_SHARE = 0.9
+
+# What is changed, and into what. `\\1` keeps what surrounds it.
+RULES = [
+    ("comparison", r" == ", " != "),
+    ("comparison", r" != ", " == "),
+    ("comparison", r" < ", " <= "),
+    ("comparison", r" <= ", " < "),
+    ("comparison", r" > ", " >= "),
+    ("comparison", r" >= ", " > "),
+    ("logic", r" && ", " || "),
+    ("logic", r" \|\| ", " && "),
+    ("logic", r"\bif \(!", "if ("),
+    ("logic", r"\btrue\b", "false"),
+    ("logic", r"\bfalse\b", "true"),
+    ("arithmetic", r" \+ ", " - "),
+    ("arithmetic", r" - ", " + "),
+    ("constant", r"(?<![\w.\"'])(\d+)(?=[uU]?[,;)\] ])", lambda found: str(int(found.group(1)) + 1)),
+    ("literal", r"\"[^\"\\]{2,}\"", lambda found: found.group(0)[:-2] + '~"'),
+    ("call", r"^(\s+)(?!return\b|delete\b|throw\b|static_assert\b)[\w:.>-]+\([^;{}]*\);$", r"\1;"),
+]
+# Declarations, and the layout of another word size, which this build does not look at.
+SKIPPED_LINE = re.compile(r"^\s*(//|#|\*|using |namespace |template|extern )|static_assert|offsetof\(|sizeof\(void\*\)")
+
+
+def code_of(line):
+    """The line without a comment at its end."""
+    return re.sub(r"\s+//.*$", "", line)
+
+
+def changes_of(path, root):
+    """Yields (path, line number, rule, old line, new line) for each place that can be changed."""
+    for number, line in enumerate((root / path).read_text().splitlines()):
+        if SKIPPED_LINE.match(line):
+            continue
+        code = code_of(line)
+        for rule, pattern, replacement in RULES:
+            for found in re.finditer(pattern, code):
+                new = found.expand(replacement) if isinstance(replacement, str) else replacement(found)
+                yield path, number, rule, line, code[:found.start()] + new + code[found.end():]
+
+
+def run(command, folder, log, seconds=None):
+    with open(log, "w", encoding="utf-8") as output:
+        # A group of its own, so that what a hanging test has started ends with it.
+        process = subprocess.Popen(command, cwd=folder, stdout=output, stderr=subprocess.STDOUT,
+                                   start_new_session=True)
+        try:
+            return process.wait(seconds) == 0
+        except subprocess.TimeoutExpired:
+            os.killpg(process.pid, 9)
+            process.wait()
+            return False
+
+
+class Copy:
+    """A copy of the last commit with a build of its own."""
+
+    def __init__(self, repository, folder):
+        self.root = folder / "copy"
+        self.log = folder / "log"
+        subprocess.run(["git", "clone", "--quiet", repository, self.root], check=True)
+        options = ["-DZEBCOMN_WERROR=OFF", "-DZEBCOMN_INTERFACE_TARGET="]
+        if not (run(["cmake", "--preset", "release", *options], self.root, self.log) and self.builds()):
+            sys.exit(f"change_lines: the unchanged library does not build:\n{self.log.read_text()[-2000:]}")
+        if not self.passes(""):
+            sys.exit(f"change_lines: a test fails without a change:\n{self.log.read_text()[-2000:]}")
+
+    def builds(self):
+        return run(["cmake", "--build", "build/release"], self.root, self.log)
+
+    def passes(self, tests):
+        return run(["ctest", "--test-dir", "build/release", "--stop-on-failure", "--timeout",
+                    str(TEST_SECONDS), "-R", tests or ".", "-LE", "stress", "-E",
+                    "exported_names_check|install_check"], self.root, self.log)
+
+    def failing_test(self):
+        found = re.search(r"\d+ - (\S+) \(", self.log.read_text(errors="replace"))
+        return found.group(1) if found else "?"
+
+    def tests_for(self, path):
+        """Regular expressions of test names, from the nearest to all."""
+        unit = re.sub(r"_internal$", "", path.stem)
+        folder = self.root / "tests" / path.parent.name / "CMakeLists.txt"
+        neighbours = re.findall(r"zebcomn_test\((\w+)", folder.read_text())
+        return [unit, "^(" + "|".join(neighbours) + ")$", ""]
+
+    def test_that_notices(self, path):
+        """The name of the first test that fails; None if all pass."""
+        for tests in self.tests_for(path):
+            if not self.passes(tests):
+                return self.failing_test()
+        return None
+
+    def try_change(self, path, number, new):
+        """Whether the change compiles, and the test that notices it."""
+        source = self.root / path
+        original = source.read_text()
+        lines = original.splitlines()
+        lines[number] = new
+        source.write_text("\n".join(lines) + "\n")
+        try:
+            return (True, self.test_that_notices(path)) if self.builds() else (False, None)
+        finally:
+            source.write_text(original)
+
+
+def arguments():
+    parser = argparse.ArgumentParser(usage=__doc__)
+    parser.add_argument("--changes", type=int, default=100)
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--part", default="1/1")
+    parser.add_argument("units", nargs="*", metavar="UNIT")
+    return parser.parse_args()
+
+
+def sources(root, units):
+    paths = [path.relative_to(root) for pattern in ("*.cpp", "*_internal.h")
+             for path in (root / "zebcomn").glob(f"*/{pattern}")]
+    return sorted(path for path in paths if not units or any(unit in str(path) for unit in units))
+
+
+def main():
+    options = arguments()
+    part, parts = map(int, options.part.split("/"))
+    repository = pathlib.Path(__file__).resolve().parents[2]
+    tried = noticed = 0
+    survivors = []
+    with tempfile.TemporaryDirectory(prefix="zebcomn-changes-") as scratch:
+        copy = Copy(repository, pathlib.Path(scratch))
+        places = [change for path in sources(copy.root, options.units)
+                  for change in changes_of(path, copy.root)]
+        random.Random(options.seed).shuffle(places)
+        for path, number, rule, old, new in places[part - 1::parts]:
+            if tried >= options.changes // parts:
+                break
+            compiled, test = copy.try_change(path, number, new)
+            if not compiled:
+                continue
+            tried += 1
+            noticed += test is not None
+            place = f"{path}:{number + 1} ({rule}): {old.strip()}  ->  {new.strip()}"
+            print(f"{'noticed by ' + test if test else 'NOT NOTICED'}  {place}", flush=True)
+            if not test:
+                survivors.append(place)
+    print(f"\n{noticed} of {tried} changes were noticed; {len(places)} places can be changed")
+    for place in survivors:
+        print(f"not noticed: {place}")
+    sys.exit(0 if tried and noticed >= NOTICED_SHARE * tried else 1)
+
+
+if __name__ == "__main__":
+    main()
