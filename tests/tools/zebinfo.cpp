@@ -1,5 +1,8 @@
 #include "tests/tools/zebinfo.h"
 
+#include <sstream>
+#include <stdexcept>
+
 namespace zebcomn_test {
 
 const std::vector<std::string> kCommands = {
@@ -14,6 +17,13 @@ CommandResult Zebinfo(std::vector<std::string> arguments,
   return RunTargetCommand(std::move(arguments), all);
 }
 
+std::vector<std::string> ZebinfoWords(const std::vector<std::string>& arguments) {
+  std::vector<std::string> words = EmulatorWords();
+  words.emplace_back(ZEBINFO);
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  return words;
+}
+
 std::string Everything(const CommandResult& result) {
   if (result.exit_status == 0 && result.err.empty()) return result.out;
   return result.out + "exit status " + std::to_string(result.exit_status) + "\n" + result.err;
@@ -25,6 +35,32 @@ std::string ZebinfoOn(void (*prepare)(PrivateHost&), const std::vector<std::stri
     prepare(host);
     return Everything(Zebinfo(arguments, environment));
   });
+}
+
+nlohmann::json Members(const std::string& text) {
+  nlohmann::json object = nlohmann::json::parse(text);
+  if (object.at("version") != 1) throw std::runtime_error("another version: " + text);
+  object.erase("version");
+  return object;
+}
+
+Words Lines(const std::string& text) {
+  std::istringstream stream(text);
+  Words lines;
+  for (std::string line; std::getline(stream, line);) {
+    if (!line.empty()) lines.insert(line);
+  }
+  return lines;
+}
+
+Words OptionsOf(const std::string& help) {
+  Words options;
+  for (const std::string& line : Lines(help)) {
+    if (line.rfind("  -", 0) != 0) continue;
+    std::istringstream names(line.substr(2, line.find(' ', 2) - 2));
+    for (std::string name; std::getline(names, name, ',');) options.insert(name);
+  }
+  return options;
 }
 
 void UseHostsFile(PrivateHost& host, const std::string& text) {

@@ -31,7 +31,7 @@ TEST(ZebinfoTime, ShowsEveryFormOfNow) {
 }
 
 TEST(ZebinfoTime, AsJsonHasNumbersWhereTheyAreNumbers) {
-  const json now = json::parse(Everything(Zebinfo({"time", "--json"})));
+  const json now = Members(Everything(Zebinfo({"time", "--json"})));
   EXPECT_TRUE(now.at("localTime").is_string());
   EXPECT_TRUE(now.at("localStamp").is_string());
   EXPECT_TRUE(now.at("utcStamp").is_string());
@@ -46,7 +46,7 @@ TEST(ZebinfoTime, ReadsTheUptimeOfTheHost) {
   EXPECT_THAT(ZebinfoOn(known, {"time"}), HasSubstr("Uptime seconds  86399\n"));
   const auto unknown = [](PrivateHost& host) { host.PutFile("/proc/uptime", "2147483647.0 1\n"); };
   EXPECT_THAT(ZebinfoOn(unknown, {"time"}), HasSubstr("Uptime seconds  N/A\n"));
-  EXPECT_TRUE(json::parse(ZebinfoOn(unknown, {"time", "--json"})).at("uptimeSeconds").is_null());
+  EXPECT_TRUE(Members(ZebinfoOn(unknown, {"time", "--json"})).at("uptimeSeconds").is_null());
 }
 
 const std::string kGuid = "\\{[0-9A-F]{8}-[0-9A-F]{4}-1[0-9A-F]{3}-[89][0-9A-F]{3}-[0-9A-F]{12}\\}";
@@ -55,13 +55,13 @@ TEST(ZebinfoGuid, MakesANewOneEachTime) {
   const std::string first = Everything(Zebinfo({"guid"}));
   EXPECT_THAT(first, MatchesRegex(kGuid + "\n"));
   EXPECT_NE(Everything(Zebinfo({"guid"})), first);
-  EXPECT_THAT(json::parse(Everything(Zebinfo({"guid", "--json"}))).at("guid").get<std::string>(),
+  EXPECT_THAT(Members(Everything(Zebinfo({"guid", "--json"}))).at("guid").get<std::string>(),
               MatchesRegex(kGuid));
 }
 
 TEST(ZebinfoSoftwareId, IsTheAgents) {
   EXPECT_EQ(Everything(Zebinfo({"software-id"})), "KZUAGENT4600WRLX\n");
-  EXPECT_EQ(json::parse(Everything(Zebinfo({"--json", "software-id"}))),
+  EXPECT_EQ(Members(Everything(Zebinfo({"--json", "software-id"}))),
             json({{"softwareId", "KZUAGENT4600WRLX"}}));
 }
 
@@ -74,11 +74,10 @@ TEST(ZebinfoPluginVersion, ShowsBothStamps) {
             "Hexadecimal  0001000200030004\nDotted       1.2.3.4\n");
   EXPECT_EQ(Everything(Zebinfo({"plugin-version", Module("version_with_dllmain")})),
             "Hexadecimal  0005000600070008\nDotted       5.6.7.8\n");
-  EXPECT_EQ(
-      json::parse(Everything(Zebinfo({"plugin-version", "--json", Module("version_highest")}))),
-      json({{"file", Module("version_highest")},
-            {"hexadecimal", "ffffffffffffffff"},
-            {"dotted", "65535.65535.65535.65535"}}));
+  EXPECT_EQ(Members(Everything(Zebinfo({"plugin-version", "--json", Module("version_highest")}))),
+            json({{"file", Module("version_highest")},
+                  {"hexadecimal", "ffffffffffffffff"},
+                  {"dotted", "65535.65535.65535.65535"}}));
 }
 
 TEST(ZebinfoPluginVersion, TellsWhyThereIsNone) {
@@ -160,7 +159,7 @@ TEST(ZebinfoPlatformMatch, AsJsonHasAVerdictAndTheSameExitStatus) {
     const CommandResult result = Zebinfo({"platform-match", "WRLX:4:6:0", row.list, "--json"});
     EXPECT_EQ(result.exit_status, row.exit_status);
     EXPECT_EQ(result.err, "");
-    EXPECT_EQ(json::parse(result.out),
+    EXPECT_EQ(Members(result.out),
               json({{"platform", "WRLX:4:6:0"}, {"list", row.list}, {"verdict", row.verdict}}));
   }
 }
@@ -177,7 +176,7 @@ TEST(ZebinfoPath, ShowsTheFlatFormAndTheFile) {
             "Flat  " + dir.path() + "/link\nFile  " + file + "\n");
   EXPECT_EQ(Everything(Zebinfo({"path", "../link", "--base", dir / "sub"})),
             "Flat  " + dir.path() + "/link\nFile  " + file + "\n");
-  EXPECT_EQ(json::parse(Everything(Zebinfo({"path", "link", "--json", "--base", dir.path()}))),
+  EXPECT_EQ(Members(Everything(Zebinfo({"path", "link", "--json", "--base", dir.path()}))),
             json({{"path", "link"}, {"flat", dir / "link"}, {"file", file}}));
 }
 
@@ -207,8 +206,55 @@ TEST(ZebinfoPath, APathToNoFileStillShowsItsFlatForm) {
     EXPECT_EQ(Everything(Zebinfo({"path", row.path})), flat_line + "File  none\n" + complaint);
     const CommandResult as_json = Zebinfo({"path", row.path, "--json"});
     EXPECT_EQ(as_json.exit_status, 1);
-    EXPECT_EQ(json::parse(as_json.out),
+    EXPECT_EQ(Members(as_json.out),
               json({{"path", row.path}, {"flat", row.flat}, {"file", nullptr}}));
+  }
+}
+
+// What zebinfo says to somebody who is not root.
+std::string SaidToAnOrdinaryUser(const std::vector<std::string>& arguments) {
+  std::vector<std::string> command;
+  if (geteuid() == 0) command = {"setpriv", "--reuid=65534", "--clear-groups"};
+  const std::vector<std::string> words = ZebinfoWords(arguments);
+  command.insert(command.end(), words.begin(), words.end());
+  return Everything(RunCommand(command));
+}
+
+class ZebinfoWithoutPermission : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    // Root may keep the build in a folder that nobody else can enter.
+    if (!StartsWithVersion(SaidToAnOrdinaryUser({"--version"}))) {
+      GTEST_SKIP() << "an ordinary user cannot run the zebinfo of this build";
+    }
+    ASSERT_EQ(chmod(dir_.path().c_str(), 0755), 0);
+    dir_.Write("locked/file", "");
+    ASSERT_EQ(chmod((dir_ / "locked").c_str(), 0), 0);
+    dir_.Write("module.so", "");
+    ASSERT_EQ(chmod((dir_ / "module.so").c_str(), 0), 0);
+  }
+  void TearDown() override { chmod((dir_ / "locked").c_str(), 0700); }
+
+  static bool StartsWithVersion(const std::string& text) { return text.rfind("zebinfo ", 0) == 0; }
+
+  ScratchDir dir_;
+};
+
+TEST_F(ZebinfoWithoutPermission, APathIsRefusedWithTheReason) {
+  const std::string file = dir_ / "locked/file";
+  EXPECT_EQ(SaidToAnOrdinaryUser({"path", file}),
+            "Flat  " + file + "\nFile  none\nexit status 1\nzebinfo: \"" + file +
+                "\" leads to no file: Permission denied\n"
+                "Run it as a user who may read that path.\n");
+}
+
+TEST_F(ZebinfoWithoutPermission, AModuleIsRefusedWithTheReason) {
+  for (const char* const name : {"locked/file", "module.so"}) {
+    const std::string file = dir_ / name;
+    EXPECT_EQ(SaidToAnOrdinaryUser({"plugin-version", file}),
+              "exit status 1\nzebinfo: \"" + file +
+                  "\" has no version stamp: Permission denied\n"
+                  "Run it as a user who may read that path.\n");
   }
 }
 
@@ -242,7 +288,7 @@ TEST(ZebinfoPath, BytesThatAreNoUtf8AreReplacedInJsonAlone) {
   const ScratchDir dir;
   const std::string file = dir.Write("a\xFFz", "");
   EXPECT_EQ(Everything(Zebinfo({"path", file})), "Flat  " + file + "\nFile  " + file + "\n");
-  EXPECT_EQ(json::parse(Everything(Zebinfo({"path", file, "--json"}))).at("file"),
+  EXPECT_EQ(Members(Everything(Zebinfo({"path", file, "--json"}))).at("file"),
             dir / "a\xEF\xBF\xBDz");
 }
 
@@ -257,7 +303,7 @@ TEST(ZebinfoKeys, ShowsOneSection) {
 }
 
 TEST(ZebinfoKeys, AsJsonHasEveryConstant) {
-  const json sections = json::parse(Everything(Zebinfo({"keys", "--json"})));
+  const json sections = Members(Everything(Zebinfo({"keys", "--json"}))).at("sections");
   std::set<std::string> constants;
   for (const json& section : sections) {
     if (!section.at("constant").is_null()) constants.insert(section.at("constant"));
@@ -273,7 +319,7 @@ TEST(ZebinfoKeys, AsJsonHasEveryConstant) {
 }
 
 TEST(ZebinfoKeys, ASectionOfTwoStoresIsShownOfBoth) {
-  const json sections = json::parse(Everything(Zebinfo({"keys", "General", "--json"})));
+  const json sections = Members(Everything(Zebinfo({"keys", "General", "--json"}))).at("sections");
   ASSERT_EQ(sections.size(), 2u);
   EXPECT_EQ(sections.at(0).at("store"), "policy");
   EXPECT_EQ(sections.at(1).at("store"), "properties");

@@ -7,8 +7,6 @@
 
 #include <cstdlib>
 #include <nlohmann/json.hpp>
-#include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -22,8 +20,6 @@ using nlohmann::json;
 using ::testing::IsSubsetOf;
 using ::testing::IsSupersetOf;
 
-using Words = std::set<std::string>;
-
 struct Shell {
   const char* name;
   std::vector<std::string> offer;  // What is run, in front of the words.
@@ -32,31 +28,10 @@ struct Shell {
 const std::string kCompletions = COMPLETIONS_FOLDER "/";
 const std::string kOffer = TEST_FOLDER "/offer.";
 
-Words Lines(const std::string& text) {
-  std::istringstream stream(text);
-  Words lines;
-  for (std::string line; std::getline(stream, line);) {
-    if (!line.empty()) lines.insert(line);
-  }
-  return lines;
-}
-
-// The options that a help text describes, each beginning a line of its own.
-Words OptionsOf(const std::string& help) {
-  Words options;
-  for (const std::string& line : Lines(help)) {
-    if (line.rfind("  -", 0) != 0) continue;
-    std::istringstream names(line.substr(0, line.find(' ', 2)));
-    for (std::string name; std::getline(names, name, ',');) {
-      options.insert(name.substr(name.find('-')));
-    }
-  }
-  return options;
-}
-
 Words Properties() {
   Words names;
-  for (const auto& group : json::parse(Zebinfo({"--list", "--json"}).out)) {
+  const json groups = Members(Zebinfo({"--list", "--json"}).out).at("groups");
+  for (const auto& group : groups) {
     for (const auto& name : group) names.insert(name.get<std::string>());
   }
   return names;
@@ -110,7 +85,7 @@ TEST_P(ZebinfoCompletion, OffersPropertiesAloneAfterAProperty) {
 
 TEST_P(ZebinfoCompletion, OffersEveryOptionOfTheHelp) {
   const Words options = OptionsOf(Zebinfo({"--help"}).out);
-  EXPECT_THAT(options, IsSupersetOf({"-h", "--help", "--json", "--list", "--version"}));
+  EXPECT_THAT(options, IsSupersetOf({"-h", "--help", "--json", "--list", "--watch", "--version"}));
   EXPECT_EQ(Offered({"-"}), options);
 }
 
@@ -120,6 +95,13 @@ TEST_P(ZebinfoCompletion, OffersEveryOptionOfACommandsHelp) {
     EXPECT_THAT(options, IsSupersetOf({"-h", "--help", "--json"}));
     EXPECT_EQ(Offered({command, "-"}), options) << command;
   }
+}
+
+TEST_P(ZebinfoCompletion, OffersTheValuesOfAnOptionAndGoesOnBehindThem) {
+  EXPECT_EQ(Offered({"--color", ""}), Words({"auto", "always", "never"}));
+  EXPECT_EQ(Offered({"time", "--color", "n"}), Words({"never"}));
+  EXPECT_EQ(Offered({"--watch", "2", "--color", "auto", "inter"}), Words({"interfaces"}));
+  EXPECT_EQ(Offered({"path", "--base", "/", "--co"}), Words({"--color"}));
 }
 
 TEST_P(ZebinfoCompletion, OffersTheSectionsOfTheConfiguration) {
@@ -147,7 +129,7 @@ TEST_P(ZebinfoCompletion, OffersFilesAndFoldersWhereTheyAreMeant) {
 
 TEST_P(ZebinfoCompletion, OffersNothingWhereNothingIsMeant) {
   // Some shells offer the options where there is nothing else.
-  const Words options = {"-h", "--help", "--json"};
+  const Words options = {"-h", "--help", "--json", "--color"};
   EXPECT_THAT(Offered({"guid", ""}), IsSubsetOf(options));
   EXPECT_THAT(Offered({"keys", "SiteList", ""}), IsSubsetOf(options));
   EXPECT_EQ(Offered({"time", "CPU"}), Words());

@@ -59,7 +59,8 @@ TEST_F(ZebinfoNetwork, InterfacesAreATableOfAddresses) {
 }
 
 TEST_F(ZebinfoNetwork, LoopbackInterfacesAreShownWhenAskedFor) {
-  const json interfaces = json::parse(ZebinfoOn(AddPort0, {"interfaces", "--loopback", "--json"}));
+  const json interfaces =
+      Members(ZebinfoOn(AddPort0, {"interfaces", "--loopback", "--json"})).at("interfaces");
   ASSERT_EQ(interfaces.size(), 2u);
   EXPECT_EQ(interfaces.at(0),
             json::parse(R"({"index": 1, "name": "lo", "macAddress": "000000000000", "addresses": [
@@ -69,7 +70,7 @@ TEST_F(ZebinfoNetwork, LoopbackInterfacesAreShownWhenAskedFor) {
                "subnetMask": "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff",
                "subnetAddress": "0:0:0:0:0:0:0:1"}]})"));
   EXPECT_EQ(interfaces.at(1).at("name"), "port0");
-  EXPECT_EQ(json::parse(ZebinfoOn(AddPort0, {"interfaces", "--json"})),
+  EXPECT_EQ(Members(ZebinfoOn(AddPort0, {"interfaces", "--json"})).at("interfaces"),
             json::array({interfaces.at(1)}));
 }
 
@@ -84,7 +85,7 @@ TEST_F(ZebinfoNetwork, WithoutAnInterfaceThatIsUpThereIsAnError) {
 
 TEST_F(ZebinfoNetwork, ResolveShowsEachAddressOnce) {
   EXPECT_EQ(ZebinfoOn(AddPort0, {"resolve", "peer.example"}), "192.0.2.8\n");
-  const json found = json::parse(ZebinfoOn(AddPort0, {"resolve", "several.example", "--json"}));
+  const json found = Members(ZebinfoOn(AddPort0, {"resolve", "several.example", "--json"}));
   EXPECT_EQ(found.at("host"), "several.example");
   EXPECT_THAT(found.at("addresses").get<std::vector<std::string>>(),
               ::testing::UnorderedElementsAre("192.0.2.9", "2001:db8::9"));
@@ -134,7 +135,7 @@ TEST_F(ZebinfoNetwork, LocalAddressTakesTheFirstPeerThatCanBeReached) {
 
 TEST_F(ZebinfoNetwork, LocalAddressAsJsonRepeatsTheQuestion) {
   EXPECT_EQ(LocalAddress({"local-address", "192.0.2.8", "PORT", "--json"}),
-            "{\n  \"peer\": \"192.0.2.8\",\n  \"port\": \"PORT\",\n"
+            "{\n  \"version\": 1,\n  \"peer\": \"192.0.2.8\",\n  \"port\": \"PORT\",\n"
             "  \"localAddress\": \"192.0.2.7\"\n}\n");
 }
 

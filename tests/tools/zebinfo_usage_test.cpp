@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -62,46 +63,96 @@ std::string ManualPage() {
 TEST(ZebinfoManualPage, HasEveryCommandOptionAndExitStatus) {
   const std::string page = ManualPage();
   EXPECT_THAT(page, HasSubstr("zebcomn " PROJECT_VERSION));
-  for (const std::string& command : kCommands) EXPECT_THAT(page, HasSubstr("\nzebinfo " + command));
-  for (const char* const option :
-       {"--json", "--list", "--version", "--help", "--loopback", "--ipv4", "--base"}) {
-    EXPECT_THAT(page, HasSubstr(option));
+  Words options = OptionsOf(Zebinfo({"--help"}).out);
+  for (const std::string& command : kCommands) {
+    EXPECT_THAT(page, HasSubstr("\nzebinfo " + command));
+    options.merge(OptionsOf(Zebinfo({command, "--help"}).out));
   }
-  for (const char* const status : {".B 0", ".B 1", ".B 2", ".B 3", ".B 4"}) {
-    EXPECT_THAT(page, HasSubstr(std::string("\n.TP\n") + status + "\n"));
+  EXPECT_EQ(options, (Words{"-h", "--help", "--json", "--color", "--watch", "--count", "--list",
+                            "--version", "--loopback", "--ipv4", "--base"}));
+  for (const std::string& option : options) EXPECT_THAT(page, HasSubstr(option));
+}
+
+TEST(ZebinfoManualPage, AndTheHelpHaveEveryExitStatus) {
+  const std::string page = ManualPage();
+  const std::string help = Zebinfo({"--help"}).out;
+  for (const char* const status : {"0", "1", "2", "3", "4"}) {
+    EXPECT_THAT(page, HasSubstr(std::string("\n.TP\n.B ") + status + "\n"));
+    EXPECT_THAT(help, HasSubstr(std::string("\n  ") + status + "  "));
   }
 }
 
-TEST(ZebinfoUsage, AWrongCommandLineIsRefused) {
-  const std::vector<std::vector<std::string>> wrong = {
-      {"--nonsense"},
-      {"-x"},
-      {"time", "--nonsense"},
-      {"time", "surplus"},
-      {"interfaces", "eth0"},
-      {"resolve"},
-      {"resolve", "a", "b"},
-      {"local-address"},
-      {"local-address", "peer"},
-      {"local-address", "peer", "80", "surplus"},
-      {"plugin-version"},
-      {"platform-match", "WRLX"},
-      {"path"},
-      {"path", "a", "--base"},
-      {"keys", "General", "Network"},
-      {"--list", "OSType"},
+// Each mistake of somebody who is new to zebinfo: what is wrong, and what to do about it.
+TEST(ZebinfoUsage, EachMistakeIsNamedWithAdvice) {
+  const struct {
+    std::vector<std::string> arguments;
+    const char* wrong;
+    const char* advice;
+  } rows[] = {
+      {{"--jsn"},
+       "there is no option \"--jsn\"",
+       "Did you mean \"--json\"? \"zebinfo --help\" shows how it is used."},
+      {{"-j"}, "there is no option \"-j\"", "\"zebinfo --help\" shows how it is used."},
+      {{"time", "--wach=3"},
+       "time: there is no option \"--wach=3\"",
+       "Did you mean \"--watch\"? \"zebinfo time --help\" shows how it is used."},
+      {{"resolve", "--loopback", "a"},
+       "resolve: there is no option \"--loopback\"",
+       "\"zebinfo resolve --help\" shows how it is used."},
+      {{"help"},
+       "\"help\" is neither a property nor a command",
+       "Did you mean \"--help\"? \"zebinfo --list\" lists the properties, \"zebinfo --help\" the "
+       "commands."},
+      {{"list"},
+       "\"list\" is neither a property nor a command",
+       "Did you mean \"--list\"? \"zebinfo --list\" lists the properties, \"zebinfo --help\" the "
+       "commands."},
+      {{"guid", "time"},
+       "\"time\" is one argument too many",
+       "\"zebinfo guid --help\" shows how it is used."},
+      {{"interfaces", "eth0"},
+       "\"eth0\" is one argument too many",
+       "\"zebinfo interfaces --help\" shows how it is used."},
+      {{"local-address", "peer", "80", "surplus"},
+       "\"surplus\" is one argument too many",
+       "\"zebinfo local-address --help\" shows how it is used."},
+      {{"keys", "General", "Network"},
+       "\"Network\" is one argument too many",
+       "\"zebinfo keys --help\" shows how it is used."},
+      {{"resolve"}, "HOST is required", "\"zebinfo resolve --help\" shows how it is used."},
+      {{"local-address", "peer"},
+       "PORT is required",
+       "\"zebinfo local-address --help\" shows how it is used."},
+      {{"plugin-version"},
+       "FILE is required",
+       "\"zebinfo plugin-version --help\" shows how it is used."},
+      {{"platform-match", "WRLX"},
+       "LIST is required",
+       "\"zebinfo platform-match --help\" shows how it is used."},
+      {{"path", "a", "--base"},
+       "--base needs a value",
+       "\"zebinfo path --help\" shows how it is used."},
+      {{"--watch"}, "--watch needs a value", "\"zebinfo --help\" shows how it is used."},
+      {{"time", "--json=x"},
+       "an option without a value was given one",
+       "\"zebinfo time --help\" shows how it is used."},
+      {{"OSType", "time"},
+       "a command takes no property names and no --list",
+       "Put them into a call of their own, without the command."},
+      {{"--list", "time"},
+       "a command takes no property names and no --list",
+       "Put them into a call of their own, without the command."},
+      {{"--list", "OSType"}, "--list takes no names", "\"zebinfo --list\" lists them all."},
   };
-  for (const std::vector<std::string>& arguments : wrong) {
-    const CommandResult result = Zebinfo(arguments);
-    EXPECT_EQ(result.exit_status, 2) << ::testing::PrintToString(arguments);
-    EXPECT_EQ(result.out, "");
-    EXPECT_THAT(result.err, StartsWith("zebinfo: "));
-    EXPECT_THAT(result.err, HasSubstr("\n\"zebinfo --help\" shows how it is used.\n"));
+  for (const auto& row : rows) {
+    EXPECT_EQ(Everything(Zebinfo(row.arguments)),
+              std::string("exit status 2\nzebinfo: ") + row.wrong + '\n' + row.advice + '\n')
+        << ::testing::PrintToString(row.arguments);
   }
 }
 
 TEST(ZebinfoUsage, AControlCharacterInAWrongOptionIsNotPrinted) {
-  EXPECT_THAT(Zebinfo({"--a\x1B[2J"}).err, HasSubstr("--a\\x1b[2J\n"));
+  EXPECT_THAT(Zebinfo({"--a\x1B[2J"}).err, HasSubstr("\"--a\\x1b[2J\"\n"));
 }
 
 TEST(ZebinfoUsage, APortBeyondTheHighestIsRefused) {
@@ -113,25 +164,50 @@ TEST(ZebinfoUsage, APortBeyondTheHighestIsRefused) {
   EXPECT_EQ(Zebinfo({"local-address", "127.0.0.1", "0"}).exit_status, 1);
 }
 
-TEST(ZebinfoUsage, ACommandTakesNoPropertyNamesAndNoList) {
-  const std::string refusal =
-      "exit status 2\nzebinfo: a command takes no property names and no --list\n"
-      "Put them into a call of their own, without the command.\n";
-  EXPECT_EQ(Everything(Zebinfo({"OSType", "time"})), refusal);
-  EXPECT_EQ(Everything(Zebinfo({"--list", "time"})), refusal);
+// What zebinfo leaves behind when a shell has changed its standard streams.
+CommandResult ZebinfoInShell(const std::string& script) {
+  std::vector<std::string> command = {"sh", "-c", script, "sh"};
+  for (const std::string& word : ZebinfoWords({"--list"})) command.push_back(word);
+  return RunCommand(command);
 }
 
-TEST(ZebinfoUsage, OneCommandAtATime) {
-  EXPECT_EQ(Zebinfo({"guid", "time"}).exit_status, 2);
+const std::string kSendItElsewhere = "Send it to a terminal, a pipe or a file that can take it.\n";
+
+TEST(ZebinfoOutput, ThatAFullDeviceDoesNotTakeIsAnError) {
+  EXPECT_EQ(Everything(ZebinfoInShell("exec \"$@\" >/dev/full")),
+            "exit status 1\nzebinfo: cannot write the output: No space left on device\n" +
+                kSendItElsewhere);
 }
 
-TEST(ZebinfoOutput, ThatCannotBeWrittenIsAnError) {
-  std::vector<std::string> command = {"sh", "-c", "exec \"$@\" >/dev/full", "sh"};
-  for (const std::string& word : EmulatorWords()) command.push_back(word);
-  command.insert(command.end(), {ZEBINFO, "--list"});
-  EXPECT_EQ(Everything(RunCommand(command)),
-            "exit status 1\nzebinfo: cannot write the output\nIs the disk full, or the pipe "
-            "closed?\n");
+TEST(ZebinfoOutput, IntoAClosedStreamIsAnError) {
+  EXPECT_EQ(
+      Everything(ZebinfoInShell("exec \"$@\" >&-")),
+      "exit status 1\nzebinfo: cannot write the output: Bad file descriptor\n" + kSendItElsewhere);
+}
+
+TEST(ZebinfoOutput, WhoseReaderHasGoneEndsItAsItEndsEveryFilter) {
+  // The reader ends before zebinfo begins.
+  const ScratchDir dir;
+  const std::string fifo = dir / "fifo";
+  const CommandResult result = ZebinfoInShell("mkfifo " + fifo + "; exec 3<>" + fifo + " 4>" +
+                                              fifo + "; exec 3>&-; " + "\"$@\" >&4; echo $?");
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.out, std::to_string(128 + SIGPIPE) + "\n");
+}
+
+TEST(ZebinfoOutput, HelpAndVersionAreWrittenLikeTheRest) {
+  for (const char* const option : {"--help", "--version"}) {
+    std::vector<std::string> command = {"sh", "-c", "exec \"$@\" >/dev/full", "sh"};
+    for (const std::string& word : ZebinfoWords({option})) command.push_back(word);
+    EXPECT_EQ(RunCommand(command).exit_status, 1) << option;
+  }
+}
+
+TEST(ZebinfoOutput, MessagesGoToStandardErrorAlone) {
+  const CommandResult result = Zebinfo({"OSType", "weather", "--json"});
+  EXPECT_EQ(result.exit_status, 2);
+  EXPECT_EQ(result.out, "");
+  EXPECT_THAT(result.err, StartsWith("zebinfo: \"weather\" is neither"));
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <iostream>
 
 #include "tools/zebinfo/catalogue.h"
 #include "tools/zebinfo/commands.h"
@@ -22,7 +21,7 @@ void PrintFileSystems(const std::vector<FileSystem>& file_systems) {
   for (const FileSystem& file_system : file_systems) {
     rows.push_back({file_system.mount_point, file_system.total_mb, file_system.free_mb});
   }
-  PrintTable(rows, {Align::kLeft, Align::kRight, Align::kRight}, "  ");
+  PrintTable(rows, {Align::kLeft, Align::kRight, Align::kRight}, Head::kFirstRow, "  ");
 }
 
 void PrintCatalogue(const Catalogue& catalogue) {
@@ -30,22 +29,26 @@ void PrintCatalogue(const Catalogue& catalogue) {
   for (const std::string& name : PropertyNames()) name_width = std::max(name_width, name.size());
   bool first = true;
   for (const CollectedGroup& group : catalogue.groups) {
-    if (!first) std::cout << '\n';
+    if (!first) Print("\n");
     first = false;
-    std::cout << group.title << '\n';
+    PrintTitle(group.title);
     PrintPairs(AsPairs(group.properties), "  ", name_width);
     if (group.title == "Disks" && !catalogue.file_systems.empty()) {
-      std::cout << '\n';
+      Print("\n");
       PrintFileSystems(catalogue.file_systems);
     }
   }
 }
 
+Json AsJson(const std::vector<Property>& properties) {
+  Json values = Json::object();
+  for (const Property& property : properties) values[property.name] = property.value;
+  return values;
+}
+
 Json AsJson(const Catalogue& catalogue) {
   Json properties = Json::object();
-  for (const CollectedGroup& group : catalogue.groups) {
-    for (const Property& property : group.properties) properties[property.name] = property.value;
-  }
+  for (const CollectedGroup& group : catalogue.groups) properties.update(AsJson(group.properties));
   Json file_systems = Json::array();
   for (const FileSystem& file_system : catalogue.file_systems) {
     file_systems.push_back({{"mountPoint", file_system.mount_point},
@@ -55,14 +58,23 @@ Json AsJson(const Catalogue& catalogue) {
   return {{"properties", properties}, {"fileSystems", file_systems}};
 }
 
-void RequireKnown(const std::string& name) {
+// What a word that is no property is likely to stand for; empty when nothing is near.
+std::string LikelyMeaning(const std::string& word) {
+  for (const char* const option : {"help", "json", "list", "version", "watch"}) {
+    if (word == option) return "--" + word;
+  }
   std::vector<std::string> words = PropertyNames();
-  if (std::find(words.begin(), words.end(), name) != words.end()) return;
-  words.insert(words.end(), kCommandNames.begin(), kCommandNames.end());
-  const std::string nearest = Nearest(name, words);
+  for (std::string& command : CommandNames()) words.push_back(std::move(command));
+  return Nearest(word, words);
+}
+
+void RequireKnown(const std::string& name) {
+  const std::vector<std::string> names = PropertyNames();
+  if (std::find(names.begin(), names.end(), name) != names.end()) return;
+  const std::string meaning = LikelyMeaning(name);
   throw CommandError(
       kUsage, Quoted(name) + " is neither a property nor a command",
-      (nearest.empty() ? "" : "Did you mean " + Quoted(nearest) + "? ") +
+      (meaning.empty() ? "" : "Did you mean " + Quoted(meaning) + "? ") +
           std::string("\"zebinfo --list\" lists the properties, \"zebinfo --help\" the commands."));
 }
 
@@ -70,20 +82,18 @@ void RequireKnown(const std::string& name) {
 
 void ShowCatalogue(Format format) {
   const Catalogue catalogue = CollectCatalogue();
-  if (format == Format::kJson) {
-    PrintJson(AsJson(catalogue));
-  } else {
+  if (format == Format::kText) {
     PrintCatalogue(catalogue);
+  } else {
+    PrintJson(AsJson(catalogue), format);
   }
 }
 
 void ShowProperties(const std::vector<std::string>& names, Format format) {
   for (const std::string& name : names) RequireKnown(name);
   const std::vector<Property> properties = CollectProperties(names);
-  if (format == Format::kJson) {
-    Json values = Json::object();
-    for (const Property& property : properties) values[property.name] = property.value;
-    PrintJson(values);
+  if (format != Format::kText) {
+    PrintJson({{"properties", AsJson(properties)}}, format);
   } else if (properties.size() == 1) {
     PrintLine(properties.front().value);
   } else {
@@ -92,17 +102,17 @@ void ShowProperties(const std::vector<std::string>& names, Format format) {
 }
 
 void ListProperties(Format format) {
-  if (format == Format::kJson) {
+  if (format != Format::kText) {
     Json groups = Json::object();
     for (const Group& group : Groups()) groups[group.title] = group.names;
-    PrintJson(groups);
+    PrintJson({{"groups", groups}}, format);
     return;
   }
   std::vector<Row> rows;
   for (const Group& group : Groups()) {
     for (const std::string& name : group.names) rows.push_back({group.title, name});
   }
-  PrintTable(rows, {Align::kLeft, Align::kLeft});
+  PrintTable(rows, {Align::kLeft, Align::kLeft}, Head::kNone);
 }
 
 }  // namespace zebinfo

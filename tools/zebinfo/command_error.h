@@ -15,6 +15,9 @@ enum ExitStatus : int {
   kPlatformNotListed = 4,    ///< platform-match: no entry names the platform.
 };
 
+/// What to do about a path that this user may not follow or read.
+constexpr const char* kRunAsAnotherUser = "Run it as a user who may read that path.";
+
 /// Ends a command: what is wrong, and what to do about it.
 class CommandError : public std::runtime_error {
  public:

@@ -1,33 +1,32 @@
 #include "tools/zebinfo/command_line.h"
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
-#include <functional>
-#include <iostream>
-#include <optional>
+#include <algorithm>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
-#include "tools/zebinfo/commands.h"
+#include "tools/zebinfo/command_table.h"
+#include "tools/zebinfo/nearest.h"
 #include "tools/zebinfo/text.h"
+#include "tools/zebinfo/watch.h"
 
 namespace zebinfo {
-
-const std::vector<std::string> kCommandNames = {
-    "interfaces",  "local-address",  "resolve",        "time", "guid",
-    "software-id", "plugin-version", "platform-match", "path", "keys"};
-
 namespace {
 
 constexpr const char* kSummary =
     "Shows what the agent's library knows about this host. Without a command: every system\n"
     "property, or those that are named.";
 
-constexpr const char* kExamples =
+constexpr const char* kFooter =
     "Examples:\n"
     "  zebinfo                                      every property, in groups\n"
     "  zebinfo IPAddress                            the bare value, for scripts\n"
     "  zebinfo CPUType NumOfCPU                     several values\n"
     "  zebinfo --json                               everything, for programs\n"
+    "  zebinfo --watch 2 FreeMemory                 a value again every two seconds\n"
     "  zebinfo --list                               the names of the properties\n"
     "  zebinfo interfaces --loopback                this host's addresses\n"
     "  zebinfo local-address server.example 443     the address that faces a peer\n"
@@ -39,51 +38,155 @@ constexpr const char* kExamples =
     "  zebinfo platform-match WRLX:4:6:0 \"LINUX|WRLX:4:0:0-4:9:9\"\n"
     "                                               whether a package supports a platform\n"
     "  zebinfo path ../../etc/hosts --base /usr/lib the flat path and its file\n"
-    "  zebinfo keys SiteList                        the configuration's keys";
+    "  zebinfo keys SiteList                        the configuration's keys\n"
+    "\n"
+    "Exit status:\n"
+    "  0  done; a watch that Ctrl-C has ended is done\n"
+    "  1  it cannot be done\n"
+    "  2  the command line is wrong, or a name in it is unknown\n"
+    "  3  platform-match: the platform is listed, its version is not\n"
+    "  4  platform-match: the platform is not listed\n"
+    "\n"
+    "What is wrong, and what to do about it, goes to standard error.";
 
-// What the command line says.
-struct Arguments {
-  bool json = false;
-  bool list = false;
-  std::vector<std::string> names;
-  bool with_loopback = false;
-  bool ipv4_only = false;
-  std::string peer, port, host, file, platform, supported, path;
-  std::optional<std::string> base, section;
-};
+bool IsSetTo(const char* variable, const std::string& value) {
+  const char* const text = std::getenv(variable);
+  return text != nullptr && text == value;
+}
 
-// What is left to do once the command line is parsed.
-using Action = std::function<ExitStatus(const Arguments&, Format)>;
+// By itself, output has colours on a terminal that knows them, unless the user wants none anywhere.
+bool WantsColor(const std::string& choice) {
+  if (choice == "always") return true;
+  if (choice == "never") return false;
+  if (choice != "auto") {
+    throw CommandError(kUsage, Quoted(choice) + " is no choice for --color",
+                       "Choose auto, always or never.");
+  }
+  const char* const no_color = std::getenv("NO_COLOR");
+  const bool is_unwanted = no_color != nullptr && *no_color != '\0';
+  return !is_unwanted && !IsSetTo("TERM", "dumb") && isatty(STDOUT_FILENO) != 0;
+}
 
-// Builds the parser; the command that is given stores its action.
+// The command that the command line begins with, its options aside; null without one.
+const Command* CommandAmong(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    for (const Command& command : Commands()) {
+      if (std::string(argv[i]) == command.name) return &command;
+    }
+  }
+  return nullptr;
+}
+
+// Builds the parser, reads the command line with it and does what that says.
 class Parser {
  public:
-  Parser() {
+  Parser(int argc, char** argv) : given_(CommandAmong(argc, argv)) {
     app_.name("zebinfo");
-    app_.footer(kExamples);
-    app_.set_version_flag("--version", std::string("zebinfo ") + ZEBINFO_VERSION);
-    AddJson(app_);
-    CLI::Option* const names =
-        app_.add_option("NAME", arguments_.names, "Properties to show instead of all of them");
-    app_.add_flag("--list", arguments_.list, "List the names of the properties with their groups")
-        ->excludes(names);
+    app_.footer(kFooter);
+    AddForm(app_);
+    AddWatch(app_);
+    app_.add_option("NAME", arguments_.names, "Properties to show instead of all of them")
+        ->type_name("");
+    app_.add_flag("--list", arguments_.list, "List the names of the properties with their groups");
+    app_.set_version_flag("--version", std::string("zebinfo ") + ZEBINFO_VERSION,
+                          "Show the version");
     app_.require_subcommand(0, 1);
-    AddNetworkCommands();
-    AddTimeCommand();
-    AddIdentityCommands();
-    AddPathCommand();
-    AddKeysCommand();
+    for (const Command& command : Commands()) Add(command);
   }
 
-  CLI::App& app() { return app_; }
+  ExitStatus Run(int argc, char** argv) {
+    try {
+      app_.parse(argc, argv);
+    } catch (const CLI::CallForVersion&) {
+      Print(app_.version() + '\n');
+      return kSuccess;
+    } catch (const CLI::Success&) {  // The help is asked for.
+      Print(app_.help());
+      return kSuccess;
+    } catch (const CLI::ExtrasError&) {
+      RefuseSurplus();
+    } catch (const CLI::ArgumentMismatch& error) {
+      // The option stands in front of a colon.
+      const std::string text = error.what();
+      throw CommandError(kUsage, text.substr(0, text.find(':')) + " needs a value", UsageAdvice());
+    } catch (const CLI::ConversionError&) {
+      throw CommandError(kUsage, "an option without a value was given one", UsageAdvice());
+    } catch (const CLI::ParseError& error) {
+      throw CommandError(kUsage, Printable(error.what()), UsageAdvice());
+    }
+    return Act();
+  }
+
+ private:
+  void AddForm(CLI::App& app) {
+    app.set_help_flag("-h,--help", "Show this help");
+    app.add_flag("--json", arguments_.json, "Print JSON");
+    app.add_option("--color", arguments_.color, "Colours: auto (on a terminal), always or never")
+        ->type_name("WHEN");
+  }
+
+  void AddWatch(CLI::App& app) {
+    CLI::Option* const watch =
+        app.add_option("--watch", arguments_.watch, "Show it again every so many seconds")
+            ->type_name("SECONDS");
+    app.add_option("--count", arguments_.count, "How often --watch shows it")
+        ->type_name("N")
+        ->needs(watch);
+  }
+
+  // What may follow a command is declared for the one that is given alone: that is most of the
+  // work.
+  void Add(const Command& command) {
+    CLI::App* const app = app_.add_subcommand(command.name, command.description);
+    if (&command != given_) return;
+    app->footer(std::string("Example:\n  ") + command.example);
+    AddForm(*app);
+    if (command.can_watch) AddWatch(*app);
+    if (command.declare != nullptr) command.declare(*app, arguments_);
+  }
+
+  const Command* Taken() const { return app_.get_subcommands().empty() ? nullptr : given_; }
+
+  std::string UsageAdvice() const {
+    const std::string command = Taken() == nullptr ? "" : std::string(" ") + Taken()->name;
+    return "\"zebinfo" + command + " --help\" shows how it is used.";
+  }
+
+  [[noreturn]] void RefuseSurplus() const {
+    const std::vector<std::string> words = app_.remaining(true);
+    const std::string word = words.empty() ? "" : words.front();
+    if (word.rfind('-', 0) != 0) {
+      throw CommandError(kUsage, Quoted(word) + " is one argument too many", UsageAdvice());
+    }
+    const CLI::App& app = Taken() == nullptr ? app_ : *app_.get_subcommands().front();
+    std::vector<std::string> options;
+    for (const CLI::Option* const option : app.get_options()) {
+      for (const std::string& name : option->get_lnames()) options.push_back("--" + name);
+    }
+    const std::string nearest = Nearest(word.substr(0, word.find('=')), options);
+    throw CommandError(
+        kUsage,
+        (Taken() == nullptr ? "" : std::string(Taken()->name) + ": ") + "there is no option " +
+            Quoted(word),
+        (nearest.empty() ? "" : "Did you mean " + Quoted(nearest) + "? ") + UsageAdvice());
+  }
 
   ExitStatus Act() const {
-    const Format format = arguments_.json ? Format::kJson : Format::kText;
-    if (action_) {
-      if (arguments_.names.empty() && !arguments_.list) return action_(arguments_, format);
+    const Command* const command = Taken();
+    if (command != nullptr && (!arguments_.names.empty() || arguments_.list)) {
       throw CommandError(kUsage, "a command takes no property names and no --list",
                          "Put them into a call of their own, without the command.");
     }
+    if (arguments_.list && !arguments_.names.empty()) {
+      throw CommandError(kUsage, "--list takes no names", "\"zebinfo --list\" lists them all.");
+    }
+    UseColor(WantsColor(arguments_.color));
+    if (arguments_.watch) return ActAgainAndAgain(command);
+    const Format format = arguments_.json ? Format::kJson : Format::kText;
+    return command == nullptr ? ShowOrList(format) : command->run(arguments_, format);
+  }
+
+  ExitStatus ShowOrList(Format format) const {
     if (arguments_.list) {
       ListProperties(format);
     } else if (arguments_.names.empty()) {
@@ -94,126 +197,42 @@ class Parser {
     return kSuccess;
   }
 
- private:
-  void AddJson(CLI::App& app) { app.add_flag("--json", arguments_.json, "Print JSON"); }
-
-  CLI::App& AddCommand(const std::string& name, const std::string& description,
-                       const std::string& example, Action action) {
-    CLI::App* const command = app_.add_subcommand(name, description);
-    command->footer("Example:\n  " + example);
-    command->callback([this, action = std::move(action)] { action_ = action; });
-    AddJson(*command);
-    return *command;
+  ExitStatus ActAgainAndAgain(const Command* command) const {
+    const bool changes = command == nullptr ? !arguments_.list : command->can_watch;
+    if (!changes) {
+      throw CommandError(kUsage,
+                         std::string(command == nullptr ? "--list" : command->name) +
+                             " shows nothing that --watch could see change",
+                         "Watch properties, \"interfaces\" or \"time\".");
+    }
+    const WatchPlan plan = ParseWatchPlan(*arguments_.watch, arguments_.count);
+    const bool is_bare = command == nullptr && arguments_.names.size() == 1;
+    if (arguments_.json) {
+      Watch(plan, Spacing::kJsonLines, [this, command] { ShowOnce(command, Format::kJsonLines); });
+    } else {
+      Watch(plan, is_bare ? Spacing::kLines : Spacing::kBlocks,
+            [this, command] { ShowOnce(command, Format::kText); });
+    }
+    return kSuccess;
   }
 
-  void AddNetworkCommands() {
-    CLI::App& interfaces =
-        AddCommand("interfaces", "Show the interfaces of this host with their addresses",
-                   "zebinfo interfaces --loopback", [](const Arguments& arguments, Format format) {
-                     ShowInterfaces(arguments.with_loopback, format);
-                     return kSuccess;
-                   });
-    interfaces.add_flag("--loopback", arguments_.with_loopback, "Show loopback interfaces too");
-
-    CLI::App& local = AddCommand(
-        "local-address", "Connect to a peer and show the local address that faces it",
-        "zebinfo local-address server.example 443", [](const Arguments& arguments, Format format) {
-          ShowLocalAddress(arguments.peer, arguments.port, arguments.ipv4_only, format);
-          return kSuccess;
-        });
-    local.add_option("PEER", arguments_.peer, "Host or address; several with \";\" between them")
-        ->required();
-    local.add_option("PORT", arguments_.port, "Port number or service name")->required();
-    local.add_flag("--ipv4", arguments_.ipv4_only, "Try only IPv4 addresses");
-
-    AddCommand("resolve", "Show the addresses of a host", "zebinfo resolve localhost",
-               [](const Arguments& arguments, Format format) {
-                 ResolveHost(arguments.host, format);
-                 return kSuccess;
-               })
-        .add_option("HOST", arguments_.host, "Host name or address")
-        ->required();
-  }
-
-  void AddTimeCommand() {
-    AddCommand("time", "Show the time in the library's forms, the zone and the uptime",
-               "zebinfo time --json", [](const Arguments&, Format format) {
-                 ShowTime(format);
-                 return kSuccess;
-               });
-  }
-
-  void AddIdentityCommands() {
-    AddCommand("guid", "Make a new GUID", "zebinfo guid", [](const Arguments&, Format format) {
-      MakeGuid(format);
-      return kSuccess;
-    });
-    AddCommand("software-id", "Show the agent's software identifier", "zebinfo software-id",
-               [](const Arguments&, Format format) {
-                 ShowSoftwareId(format);
-                 return kSuccess;
-               });
-    AddCommand("plugin-version",
-               "Load a plug-in module (its code runs) and show its version stamps",
-               "zebinfo plugin-version ./plugin.so",
-               [](const Arguments& arguments, Format format) {
-                 ShowPluginVersion(arguments.file, format);
-                 return kSuccess;
-               })
-        .add_option("FILE", arguments_.file, "Path of the module")
-        ->required();
-
-    CLI::App& match = AddCommand(
-        "platform-match", "Tell whether a list supports a platform (exit status 0, 3 or 4)",
-        "zebinfo platform-match WRLX:4:6:0 \"LINUX|WRLX:4:0:0-4:9:9\"",
-        [](const Arguments& arguments, Format format) {
-          return JudgePlatform(arguments.platform, arguments.supported, format);
-        });
-    match.add_option("PLATFORM", arguments_.platform, "NAME or NAME:a:b:c")->required();
-    match
-        .add_option("LIST", arguments_.supported, "NAME, NAME:low or NAME:low-high, \"|\" between")
-        ->required();
-  }
-
-  void AddPathCommand() {
-    CLI::App& path = AddCommand("path", "Flatten a path and show the regular file that it leads to",
-                                "zebinfo path ../../etc/hosts --base /usr/lib",
-                                [](const Arguments& arguments, Format format) {
-                                  ShowPath(arguments.path, arguments.base, format);
-                                  return kSuccess;
-                                });
-    path.add_option("PATH", arguments_.path, "The path, absolute or relative")->required();
-    path.add_option("--base", arguments_.base, "Directory that a relative path is taken against")
-        ->type_name("DIR");
-  }
-
-  void AddKeysCommand() {
-    AddCommand("keys", "Show the names of the configuration's sections and keys",
-               "zebinfo keys SiteList",
-               [](const Arguments& arguments, Format format) {
-                 ShowKeys(arguments.section, format);
-                 return kSuccess;
-               })
-        .add_option("SECTION", arguments_.section, "Only this section, such as SiteList");
+  void ShowOnce(const Command* command, Format format) const {
+    if (command == nullptr) {
+      ShowOrList(format);
+    } else {
+      command->run(arguments_, format);
+    }
   }
 
   CLI::App app_{kSummary};
   Arguments arguments_;
-  Action action_;
+  const Command* given_;
 };
 
 }  // namespace
 
 int RunCommandLine(int argc, char** argv) {
-  Parser parser;
-  try {
-    parser.app().parse(argc, argv);
-  } catch (const CLI::Success& success) {  // Help and version, which are printed here.
-    return parser.app().exit(success);
-  } catch (const CLI::ParseError& error) {
-    throw CommandError(kUsage, Printable(error.what()), "\"zebinfo --help\" shows how it is used.");
-  }
-  return parser.Act();
+  return Parser(argc, argv).Run(argc, argv);
 }
 
 }  // namespace zebinfo

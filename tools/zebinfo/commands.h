@@ -2,8 +2,8 @@
 #define ZEBCOMN_TOOLS_ZEBINFO_COMMANDS_H_
 
 /// \file
-/// What zebinfo can do: one function for each command. Each prints its result on standard output
-/// and throws CommandError for what it cannot do.
+/// What zebinfo can do: one function for each command. Each prints its result and throws
+/// CommandError for what it cannot do.
 
 #include <optional>
 #include <string>
@@ -41,7 +41,7 @@ void ShowPath(const std::string& path, const std::optional<std::string>& base, F
 void ShowKeys(const std::optional<std::string>& section, Format format);
 
 /// The names of the commands, to suggest one for a misspelt word.
-extern const std::vector<std::string> kCommandNames;
+std::vector<std::string> CommandNames();
 
 }  // namespace zebinfo
 

@@ -1,4 +1,5 @@
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
@@ -66,10 +67,12 @@ class LoadedModule {
 void RequireFile(const std::string& file) {
   struct stat status;
   if (stat(file.c_str(), &status) != 0) {
-    NoStamp(file, std::strerror(errno), kGiveAModule);
+    const int error = errno;
+    NoStamp(file, std::strerror(error), error == EACCES ? kRunAsAnotherUser : kGiveAModule);
   }
   // The loader would wait for a writer of a pipe.
   if (!S_ISREG(status.st_mode)) NoStamp(file, "it is not a regular file", kGiveAModule);
+  if (access(file.c_str(), R_OK) != 0) NoStamp(file, std::strerror(errno), kRunAsAnotherUser);
 }
 
 using StampCall = int (*)(char*, char*, unsigned);
@@ -113,8 +116,8 @@ void MakeGuid(Format format) {
   if (!tivmcomn_create_guid(nullptr, guid, kGuidCapacity)) {
     throw CommandError(kFailure, "cannot make a GUID", "Try again.");
   }
-  if (format == Format::kJson) {
-    PrintJson({{"guid", guid}});
+  if (format != Format::kText) {
+    PrintJson({{"guid", guid}}, format);
   } else {
     PrintLine(guid);
   }
@@ -123,8 +126,8 @@ void MakeGuid(Format format) {
 void ShowSoftwareId(Format format) {
   char id[kSoftwareIdCapacity] = {};
   tivmcomn_get_agent_softwareid(id, kSoftwareIdCapacity);
-  if (format == Format::kJson) {
-    PrintJson({{"softwareId", id}});
+  if (format != Format::kText) {
+    PrintJson({{"softwareId", id}}, format);
   } else {
     PrintLine(id);
   }
@@ -145,8 +148,8 @@ void ShowPluginVersion(const std::string& file, Format format) {
   }
   const std::string hexadecimal = Stamp(tivmcomn_GetFileResourceVersionStamp, path);
   const std::string dotted = Stamp(tivmcomn_GetFileResourceStringVersionStamp, path);
-  if (format == Format::kJson) {
-    PrintJson({{"file", file}, {"hexadecimal", hexadecimal}, {"dotted", dotted}});
+  if (format != Format::kText) {
+    PrintJson({{"file", file}, {"hexadecimal", hexadecimal}, {"dotted", dotted}}, format);
   } else {
     PrintPairs({{"Hexadecimal", hexadecimal}, {"Dotted", dotted}});
   }
@@ -154,8 +157,8 @@ void ShowPluginVersion(const std::string& file, Format format) {
 
 ExitStatus JudgePlatform(const std::string& platform, const std::string& list, Format format) {
   const Verdict verdict = Judge(platform, list);
-  if (format == Format::kJson) {
-    PrintJson({{"platform", platform}, {"list", list}, {"verdict", verdict.word}});
+  if (format != Format::kText) {
+    PrintJson({{"platform", platform}, {"list", list}, {"verdict", verdict.word}}, format);
   } else {
     PrintLine(verdict.sentence);
   }

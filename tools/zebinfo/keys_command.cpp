@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <iostream>
 
 #include "tools/zebinfo/commands.h"
 #include "tools/zebinfo/key_vocabulary.h"
@@ -62,29 +61,29 @@ Json AsJson(const std::vector<Section>& sections) {
   return list;
 }
 
-void Print(const Section& section) {
-  std::cout << section.name.text << " (" << section.store;
-  if (!section.name.constant.empty()) std::cout << ", " << section.name.constant;
-  std::cout << ")\n";
+void PrintSection(const Section& section) {
+  const std::string& constant = section.name.constant;
+  PrintTitle(section.name.text,
+             " (" + section.store + (constant.empty() ? "" : ", " + constant) + ")");
   std::vector<Row> rows;
   rows.reserve(section.keys.size());
   for (const Key& key : section.keys) rows.push_back({key.text, key.constant});
-  PrintTable(rows, {Align::kLeft, Align::kLeft}, "  ");
+  PrintTable(rows, {Align::kLeft, Align::kLeft}, Head::kNone, "  ");
 }
 
 }  // namespace
 
 void ShowKeys(const std::optional<std::string>& section, Format format) {
   const std::vector<Section> sections = Selected(section);
-  if (format == Format::kJson) {
-    PrintJson(AsJson(sections));
+  if (format != Format::kText) {
+    PrintJson({{"sections", AsJson(sections)}}, format);
     return;
   }
   bool first = true;
   for (const Section& one : sections) {
-    if (!first) std::cout << '\n';
+    if (!first) Print("\n");
     first = false;
-    Print(one);
+    PrintSection(one);
   }
 }
 

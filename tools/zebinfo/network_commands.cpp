@@ -45,7 +45,7 @@ void PrintInterfaces(std::vector<NetInterface>& interfaces) {
   }
   std::vector<Align> aligns(rows.front().size(), Align::kLeft);
   aligns.front() = Align::kRight;
-  PrintTable(rows, aligns);
+  PrintTable(rows, aligns, Head::kFirstRow);
 }
 
 Json AsJson(std::vector<NetInterface>& interfaces) {
@@ -115,8 +115,8 @@ void ShowInterfaces(bool with_loopback, Format format) {
                            ? "Bring one up, for example with \"ip link set lo up\"."
                            : "Bring one up, or see the loopback interface with --loopback.");
   }
-  if (format == Format::kJson) {
-    PrintJson(AsJson(interfaces));
+  if (format != Format::kText) {
+    PrintJson({{"interfaces", AsJson(interfaces)}}, format);
   } else {
     PrintInterfaces(interfaces);
   }
@@ -143,8 +143,8 @@ void ShowLocalAddress(const std::string& peer, const std::string& port, bool ipv
                            ResolverReason(result),
                        "Check the spelling, or give an address and a port number.");
   }
-  if (format == Format::kJson) {
-    PrintJson({{"peer", peer}, {"port", port}, {"localAddress", address}});
+  if (format != Format::kText) {
+    PrintJson({{"peer", peer}, {"port", port}, {"localAddress", address}}, format);
   } else {
     PrintLine(address);
   }
@@ -158,8 +158,8 @@ void ResolveHost(const std::string& host, Format format) {
     throw CommandError(kFailure, "cannot resolve " + Quoted(host) + ": " + ResolverReason(result),
                        "Check the spelling, \"/etc/hosts\" and \"/etc/resolv.conf\".");
   }
-  if (format == Format::kJson) {
-    PrintJson({{"host", host}, {"addresses", addresses.Distinct()}});
+  if (format != Format::kText) {
+    PrintJson({{"host", host}, {"addresses", addresses.Distinct()}}, format);
     return;
   }
   for (const std::string& address : addresses.Distinct()) PrintLine(address);

@@ -25,14 +25,23 @@ std::string Flatten(const std::string& path, const std::optional<std::string>& b
   return flat;
 }
 
-// Why a flat path leads to no file.
-std::string WhyNoFile(const std::string& flat) {
-  if (flat.empty()) return "it stands for the root directory";
+[[noreturn]] void NoFile(
+    const std::string& flat, const std::string& why,
+    const char* advice = "Only a path to a regular file, or to a link to one, resolves.") {
+  throw CommandError(kFailure, Quoted(flat) + " leads to no file: " + why, advice);
+}
+
+// Tells why a flat path leads to no file.
+[[noreturn]] void RefuseNoFile(const std::string& flat) {
+  if (flat.empty()) NoFile(flat, "it stands for the root directory");
   struct stat status;
-  if (stat(flat.c_str(), &status) != 0) return std::strerror(errno);
-  if (S_ISDIR(status.st_mode)) return "it is a directory";
-  if (!S_ISREG(status.st_mode)) return "it is not a regular file";
-  return "its symbolic links are too long or too many";
+  if (stat(flat.c_str(), &status) != 0) {
+    if (errno == EACCES) NoFile(flat, std::strerror(EACCES), kRunAsAnotherUser);
+    NoFile(flat, std::strerror(errno));
+  }
+  if (S_ISDIR(status.st_mode)) NoFile(flat, "it is a directory");
+  if (!S_ISREG(status.st_mode)) NoFile(flat, "it is not a regular file");
+  NoFile(flat, "its symbolic links are too long or too many");
 }
 
 }  // namespace
@@ -42,15 +51,12 @@ void ShowPath(const std::string& path, const std::optional<std::string>& base, F
   std::optional<std::string> file;
   std::string resolved;
   if (FileNameResolver(flat).GetAbsolutePath(resolved)) file = resolved;
-  if (format == Format::kJson) {
-    PrintJson({{"path", path}, {"flat", flat}, {"file", file ? Json(*file) : Json()}});
+  if (format != Format::kText) {
+    PrintJson({{"path", path}, {"flat", flat}, {"file", file ? Json(*file) : Json()}}, format);
   } else {
     PrintPairs({{"Flat", flat}, {"File", file.value_or("none")}});
   }
-  if (!file) {
-    throw CommandError(kFailure, Quoted(flat) + " leads to no file: " + WhyNoFile(flat),
-                       "Only a path to a regular file, or to a link to one, resolves.");
-  }
+  if (!file) RefuseNoFile(flat);
 }
 
 }  // namespace zebinfo

@@ -39,6 +39,9 @@ bool IsContinuation(char byte) {
 }  // namespace
 
 std::string ToUtf8(const std::wstring& text) {
+  // Nearly every text is plain ASCII and needs no converter, which costs much to open.
+  const auto is_ascii = [](wchar_t c) { return static_cast<unsigned long>(c) < 0x80; };
+  if (std::all_of(text.begin(), text.end(), is_ascii)) return {text.begin(), text.end()};
   std::wstring valid = text;
   std::replace_if(
       valid.begin(), valid.end(), [](wchar_t c) { return !IsCharacter(c); }, kReplacement);

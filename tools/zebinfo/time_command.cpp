@@ -38,13 +38,14 @@ Moment Now() {
 void ShowTime(Format format) {
   const Moment now = Now();
   const bool uptime_known = now.uptime != kUnknownUptime;
-  if (format == Format::kJson) {
+  if (format != Format::kText) {
     PrintJson({{"localTime", now.local_time},
                {"localStamp", now.local_stamp},
                {"utcStamp", now.utc_stamp},
                {"timeZone", now.time_zone},
                {"uptimeSeconds", uptime_known ? Json(now.uptime) : Json()},
-               {"tickCount", now.tick_count}});
+               {"tickCount", now.tick_count}},
+              format);
     return;
   }
   PrintPairs({{"Local time", now.local_time},

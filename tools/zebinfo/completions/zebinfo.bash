@@ -26,12 +26,13 @@ __zebinfo_sections() {
 # The options of a command, or of zebinfo itself without one.
 __zebinfo_options() {
   case $1 in
-    '') printf '%s\n' --help -h --json --list --version ;;
-    interfaces) printf '%s\n' --help -h --json --loopback ;;
-    local-address) printf '%s\n' --help -h --json --ipv4 ;;
-    path) printf '%s\n' --help -h --json --base ;;
-    *) printf '%s\n' --help -h --json ;;
+    '') printf '%s\n' --watch --count --list --version ;;
+    interfaces) printf '%s\n' --watch --count --loopback ;;
+    time) printf '%s\n' --watch --count ;;
+    local-address) printf '%s\n' --ipv4 ;;
+    path) printf '%s\n' --base ;;
   esac
+  printf '%s\n' --help -h --json --color
 }
 
 _zebinfo() {
@@ -42,7 +43,7 @@ platform-match\npath\nkeys'
   for ((i = 1; i < COMP_CWORD; i++)); do
     word=${COMP_WORDS[i]}
     case $word in
-      --base) ((i++)) ;;
+      --base | --color | --watch | --count) ((i++)) ;;
       -*) ;;
       *)
         if ((arguments == 0)) && [[ $'\n'$commands$'\n' == *$'\n'"$word"$'\n'* ]]; then
@@ -57,6 +58,8 @@ platform-match\npath\nkeys'
   COMPREPLY=()
   case $previous in
     --base) __zebinfo_offer_paths -d; return ;;
+    --color) __zebinfo_offer $'auto\nalways\nnever'; return ;;
+    --watch | --count) return ;;
   esac
   if [[ $current == -* ]]; then
     __zebinfo_offer "$(__zebinfo_options "$command")"

@@ -10,7 +10,7 @@ function __zebinfo_words
     for word in (commandline -opc)[2..-1]
         if test $is_value = yes
             set is_value no
-        else if contains -- $word --base
+        else if contains -- $word --base --color --watch --count
             set is_value yes
         else if not string match -q -- '-*' $word
             set count (math $count + 1)
@@ -32,8 +32,12 @@ end
 complete -c zebinfo -f
 complete -c zebinfo -s h -l help -d 'Show the usage'
 complete -c zebinfo -l json -d 'Print JSON'
+complete -c zebinfo -l color -x -a 'auto always never' -d 'Print colours'
 
 set -l no_command "not __fish_seen_subcommand_from $commands"
+set -l watched "$no_command; or __fish_seen_subcommand_from interfaces time"
+complete -c zebinfo -n $watched -l watch -x -d 'Show it again every so many seconds'
+complete -c zebinfo -n $watched -l count -x -d 'How often --watch shows it'
 complete -c zebinfo -n $no_command -l version -d 'Show the version'
 complete -c zebinfo -n $no_command -l list -d 'List the names of the properties with their groups'
 complete -c zebinfo -n $no_command -a '(__zebinfo_properties)'
