@@ -1,7 +1,8 @@
 # What zsh would offer for a command line: zsh -f offer.zsh COMPLETION-FILE WORD...
 #
 # Only a shell at a terminal completes, so one is started at a pseudo-terminal. It writes what it
-# offers into a file, and ends.
+# offers into a file, and ends. COMPDUMP names the file that keeps what it finds of its own
+# completions, which is most of the work.
 zmodload zsh/zpty
 scratch=$(mktemp -d) || exit 1
 {
@@ -9,7 +10,7 @@ scratch=$(mktemp -d) || exit 1
 PROMPT= RPROMPT=
 fpath=(${(q)1:h} \$fpath)
 autoload -Uz compinit
-compinit -D -u
+compinit -u -d ${(q)COMPDUMP}
 bindkey '^I' complete-word
 compadd() {
   # What a function of the system asks for itself is no offer.

@@ -57,6 +57,7 @@ class ZebinfoCompletion : public ::testing::TestWithParam<Shell> {
     const CommandResult result =
         RunCommand(command, {{"PATH", folder_.path() + ":" + getenv("PATH")},
                              {"HOME", folder_.path()},
+                             {"COMPDUMP", SharedFolder() / "compdump"},
                              {"TERM", "dumb"}});
     EXPECT_EQ(result.exit_status, 0) << ::testing::PrintToString(words);
     EXPECT_EQ(result.err, "") << ::testing::PrintToString(words);
@@ -66,6 +67,11 @@ class ZebinfoCompletion : public ::testing::TestWithParam<Shell> {
   const ScratchDir& folder() const { return folder_; }
 
  private:
+  static const ScratchDir& SharedFolder() {
+    static const ScratchDir folder;
+    return folder;
+  }
+
   ScratchDir folder_;
 };
 
