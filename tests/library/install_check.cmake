@@ -65,11 +65,12 @@ foreach(text IN LISTS texts)
   endif()
 endforeach()
 
+expect_files("${prefix}" "share/gdb/auto-load${prefix}/lib/${library}-gdb.py")
 if(NOT WITH_ZEBINFO)
   return()
 endif()
 expect_files("${prefix}" bin/zebinfo share/man/man1/zebinfo.1
   share/bash-completion/completions/zebinfo share/zsh/site-functions/_zebinfo
-  share/fish/vendor_completions.d/zebinfo.fish)
+  share/fish/vendor_completions.d/zebinfo.fish share/zebinfo/zebinfo.schema.json)
 expect_run_path("${prefix}/bin/zebinfo" "$ORIGIN/../lib")
 run_and_expect("${VERSION}" ${EMULATOR} "${prefix}/bin/zebinfo" --version)
