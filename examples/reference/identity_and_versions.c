@@ -13,8 +13,8 @@ int main(void) {
   printf("%s %s\n", id, guid);
 
   char stamp[24];
-  char missing[] = "/nowhere/missing.so";
-  int has_version = tivmcomn_GetFileResourceStringVersionStamp(missing, stamp, sizeof stamp);
+  char module[] = "libm.so.6"; /* no plug-in, so it has no version */
+  int has_version = tivmcomn_GetFileResourceStringVersionStamp(module, stamp, sizeof stamp);
   int supported = tivmcomn_IsPlatformMatch("WRLX:4:6:0", "WRLX:4:0:0-4:9:9|LINUX") == 0;
   return supported && !has_version && strcmp(id, "KZUAGENT4600WRLX") == 0 ? 0 : 1;
 }
