@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Compiles or runs every fenced block of every Markdown file; a block that it cannot judge is a fault.
 
-usage: blocks_check.py PROJECT_FOLDER BUILD_FOLDER WORK_FOLDER CC CXX LIBRARY ZEBINFO
+usage: blocks_check.py PROJECT_FOLDER BUILD_FOLDER WORK_FOLDER CC CXX LIBRARY ZEBINFO PREFIX
 
   c, cpp    with a main() it is a program, and is compiled, linked and run; without one, its lines after
             the #include lines are compiled as the body of a function.
-  cmake     configured as a project beside an installed library; a block that only calls functions of this
+  cmake     configured as a project beside the library installed in PREFIX; a block that only calls functions of this
             tree (zebcomn_test, zebcomn_units) has to call those that exist.
   sh, none  each script, option, preset, target and path that it names exists; zebinfo, or scripts/run in
             its place, is run.
@@ -80,12 +80,11 @@ def shape_fault(shown, real):
 
 
 class Checker:
-    def __init__(self, project, build, work, cc, cxx, library, zebinfo):
+    def __init__(self, project, build, work, cc, cxx, library, zebinfo, prefix):
         self.project, self.work, self.zebinfo, self.library = project, work, zebinfo, library
         self.compilers = {"c": cc, "cpp": cxx}
-        self.build = build
         self.judge = commands.Judge(project, build)
-        self.prefix = None
+        self.prefix = prefix
         self.program_output = None
 
     def run(self, command, **options):
@@ -138,11 +137,6 @@ class Checker:
         if called and called == own:
             return [f"there is no function {name}" for name in sorted(own)
                     if not re.search(rf"function\({name}\b", self.judge.cmake)]
-        if self.prefix is None:
-            self.prefix = self.work / "prefix"
-            installed = self.run(["cmake", "--install", self.build, "--prefix", self.prefix])
-            if installed.returncode:
-                return [installed.stderr]
         project = self.work / "project"
         shutil.rmtree(project, ignore_errors=True)
         project.mkdir()
@@ -234,10 +228,10 @@ class Checker:
 
 def main():
     project, build, work = (pathlib.Path(argument).resolve() for argument in sys.argv[1:4])
-    cc, cxx, library, zebinfo = sys.argv[4:8]
+    cc, cxx, library, zebinfo, prefix = sys.argv[4:9]
     shutil.rmtree(work, ignore_errors=True)
     work.mkdir(parents=True)
-    checker = Checker(project, build, work, cc, cxx, pathlib.Path(library), zebinfo)
+    checker = Checker(project, build, work, cc, cxx, pathlib.Path(library), zebinfo, prefix)
     blocks = [block for path in markdown.files(project) for block in markdown.split(project, path)[0]]
     faults = 0
     for block in blocks:
