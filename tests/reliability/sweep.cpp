@@ -6,6 +6,7 @@
 #include <sys/mman.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <functional>
 #include <new>
@@ -88,9 +89,20 @@ class SharedPlan {
   void* page_;
 };
 
+// Whether the memory that the process takes comes from the wrappers: valgrind puts its own
+// functions in front of them, and looks for leaks itself.
+bool BlocksAreCounted() {
+  const long before = LiveBlocks();
+  void* volatile block = std::malloc(1);  // Not optimised away.
+  const bool counted = LiveBlocks() != before;
+  std::free(block);
+  return counted;
+}
+
 // The blocks that the process has more than before. A thread that has ended may still be giving
 // some back, so it is waited for.
 long BlocksMoreThan(long before, long expected) {
+  if (!BlocksAreCounted()) return expected;
   constexpr int kPatience = 20000;
   long more = LiveBlocks() - before;
   for (int i = 0; i < kPatience && more > expected; ++i) {

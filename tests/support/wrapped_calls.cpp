@@ -198,8 +198,6 @@ CALL(ssize_t, __readlink_chk, (const char* path, char* buffer, size_t size, size
 CALL(int, remove, (const char* path), (path), kMinusOne, EBUSY)
 CALL(int, rename, (const char* from, const char* to), (from, to), kMinusOne, EXDEV)
 CALL(void*, setmntent, (const char* path, const char* mode), (path, mode), kNull, ENOMEM, EMFILE)
-CALL(int, setvbuf, (void* stream, char* buffer, int mode, size_t size),
-     (stream, buffer, mode, size), kNotZero, EINVAL)
 CALL(int, stat, (const char* path, void* status), (path, status), kMinusOne, ENOENT, EACCES)
 CALL(int, stat64, (const char* path, void* status), (path, status), kMinusOne, ENOENT, EACCES)
 CALL(int, __stat64_time64, (const char* path, void* status), (path, status), kMinusOne, ENOENT,
