@@ -196,6 +196,9 @@ TEST_F(ExampleAgent, WithoutItsArgumentItTellsItsUse) {
 /// Why valgrind cannot check the agent here; empty when it can.
 std::string WhyNoValgrind() {
   if (!EmulatorWords().empty()) return "valgrind checks native programs only";
+#ifdef ZEBCOMN_UNDER_VALGRIND
+  return "every agent of this build runs under valgrind";
+#endif
   if (*SANITIZERS != '\0') return "valgrind cannot run a program built with sanitizers";
   const CommandResult probe = RunCommand({"valgrind", "--quiet", AgentFile()});
   if (probe.exit_status == 127) return "valgrind is not installed";

@@ -9,30 +9,12 @@
 #include <thread>
 #include <vector>
 
+#include "tests/support/rounds.h"
 #include "zebcomn/lists/se_lock.h"
 #include "zebcomn/lists/spin_lock.h"
 #include "zebcomn/lists/thread_attach.h"
 
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-#define ZEBCOMN_TESTS_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(thread_sanitizer) || __has_feature(address_sanitizer)
-#define ZEBCOMN_TESTS_SANITIZED 1
-#endif
-#endif
-#ifndef ZEBCOMN_TESTS_SANITIZED
-#define ZEBCOMN_TESTS_SANITIZED 0
-#endif
-
 namespace zebcomn_test {
-
-/// Whether this program runs under an emulator or a sanitizer, where a thread step costs far more.
-constexpr bool kSlow = sizeof(ZEBCOMN_EMULATOR) > 1 || ZEBCOMN_TESTS_SANITIZED != 0;
-
-/// How often a random or loaded test goes round.
-constexpr int Rounds(int natively) {
-  return kSlow ? natively / 8 : natively;
-}
 
 /// Attaches the process and the test's own thread.
 class AttachedTest : public testing::Test {

@@ -9,6 +9,7 @@
 
 #include "tests/portable/interposed_calls.h"
 #include "tests/portable/owned_handle.h"
+#include "tests/support/expected_leak.h"
 #include "tests/support/scratch_dir.h"
 #include "zebcomn/portable/error.h"
 #include "zebcomn/portable/file_record_internal.h"
@@ -16,14 +17,11 @@
 #include "zebcomn/portable/interlocked.h"
 #include "zebcomn/portable/tls.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/lsan_interface.h>
-#endif
-
 namespace {
 
 using zebcomn_test::Call;
 using zebcomn_test::CallWatch;
+using zebcomn_test::ExpectedLeak;
 using zebcomn_test::kAllocationIsInterposed;
 using zebcomn_test::NewEvent;
 using zebcomn_test::NewThread;
@@ -41,24 +39,6 @@ struct CreationFault {
   int left_behind;  // Blocks of memory that are never freed.
 };
 
-// The leak checker is not told of what a described omission leaves behind.
-class ForgiveLeaks {
- public:
-#if defined(__SANITIZE_ADDRESS__)
-  ForgiveLeaks() {
-    __lsan_disable();
-  }
-  ~ForgiveLeaks() {
-    __lsan_enable();
-  }
-#else
-  ForgiveLeaks() {}
-  ~ForgiveLeaks() {}
-#endif
-  ForgiveLeaks(const ForgiveLeaks&) = delete;
-  ForgiveLeaks& operator=(const ForgiveLeaks&) = delete;
-};
-
 // Expects `create` to give `failure` under each fault, and to leave what the fault says.
 template <typename Create, size_t kFaults>
 void ExpectFaults(const CreationFault (&faults)[kFaults], HANDLE failure, const Create& create) {
@@ -66,7 +46,8 @@ void ExpectFaults(const CreationFault (&faults)[kFaults], HANDLE failure, const 
     if (fault.call == Call::kMalloc && !kAllocationIsInterposed) continue;
     SCOPED_TRACE(testing::Message()
                  << "call " << static_cast<int>(fault.call) << ", place " << fault.nth);
-    const ForgiveLeaks omission;
+    // Some of the faults leave behind what the table says.
+    const ExpectedLeak omission;
     nErrno = kUntouched;
     HANDLE handle = nullptr;
     int left_behind = 0;

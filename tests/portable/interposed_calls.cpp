@@ -1,13 +1,15 @@
 #include "tests/portable/interposed_calls.h"
 
-#include <dlfcn.h>
 #include <pthread.h>
 
 #include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstddef>
-#include <cstdio>
+#include <cstdlib>
+#include <new>
+
+#include "tests/portable/interposed_step.h"
 
 namespace zebcomn_test {
 namespace {
@@ -28,6 +30,9 @@ struct ThreadPlan {
 thread_local ThreadPlan plan;
 
 std::atomic<StepHook> step_hook{nullptr};
+thread_local bool in_step_hook;
+std::atomic<decltype(ThreadHooks::at_create)> at_thread_create{nullptr};
+std::atomic<decltype(ThreadHooks::at_start)> at_thread_start{nullptr};
 std::atomic<FreeHook> free_hook{nullptr};
 std::atomic<bool> clock_is_fixed{false};
 timeval fixed_now;
@@ -46,43 +51,6 @@ bool HasStep(Call call) {
   return call != Call::kSetspecific && call != Call::kAttrInit && call != Call::kAttrDestroy &&
          call != Call::kAttrSetdetachstate;
 }
-
-// Runs the hook around a call.
-class Step {
- public:
-  Step(Call call, const void* object) : call_(call), object_(const_cast<void*>(object)) {
-    Run(true);
-  }
-  ~Step() { Run(false); }
-
- private:
-  void Run(bool before) const {
-    const StepHook hook = step_hook.load(std::memory_order_relaxed);
-    if (hook != nullptr && HasStep(call_)) hook(call_, before, object_);
-  }
-  Call call_;
-  void* object_;
-};
-
-// The C library's own function of a name, found once.
-class Real {
- public:
-  constexpr explicit Real(const char* name) : name_(name) {}
-
-  template <typename Result, typename... Arguments>
-  Result Call(Arguments... arguments) {
-    void* function = function_.load(std::memory_order_relaxed);
-    if (function == nullptr) {
-      function = dlsym(RTLD_NEXT, name_);
-      function_.store(function, std::memory_order_relaxed);
-    }
-    return reinterpret_cast<Result (*)(Arguments...)>(function)(arguments...);
-  }
-
- private:
-  const char* name_;
-  std::atomic<void*> function_{nullptr};
-};
 
 // Passes a call that returns its error on, unless it is the one to fail.
 template <typename... Arguments>
@@ -103,7 +71,30 @@ int PassErrno(Call call, Real* real, Arguments... arguments) {
   return real->Call<int>(arguments...);
 }
 
+// What a new thread runs while there are hooks for threads.
+struct ThreadStart {
+  void* (*routine)(void*);
+  void* argument;
+  void (*at_start)(uint32_t);
+  uint32_t mark;
+};
+
+void* RunMarkedThread(void* argument) {
+  const ThreadStart start = *static_cast<ThreadStart*>(argument);
+  std::free(argument);
+  start.at_start(start.mark);
+  return start.routine(start.argument);
+}
+
 }  // namespace
+
+void Step::Run(bool before) const {
+  const StepHook hook = step_hook.load(std::memory_order_relaxed);
+  if (hook == nullptr || in_step_hook || !HasStep(call_)) return;
+  in_step_hook = true;
+  hook(call_, before, object_);
+  in_step_hook = false;
+}
 
 #ifdef ZEBCOMN_SANITIZED
 const bool kAllocationIsInterposed = false;
@@ -152,6 +143,11 @@ void SetStepHook(StepHook hook) {
   step_hook = hook;
 }
 
+void SetThreadHooks(ThreadHooks hooks) {
+  at_thread_start = hooks.at_start;
+  at_thread_create = hooks.at_create;
+}
+
 void SetFreeHook(FreeHook hook) {
   free_hook = hook;
 }
@@ -168,13 +164,12 @@ MadeUpKeys::~MadeUpKeys() {
 }  // namespace zebcomn_test
 
 using zebcomn_test::Call;
-
-using zebcomn_test::Call;
 using zebcomn_test::ErrorFor;
 using zebcomn_test::Pass;
 using zebcomn_test::PassErrno;
 using zebcomn_test::Real;
 using zebcomn_test::Step;
+using zebcomn_test::ThreadStart;
 
 #pragma GCC visibility push(default)
 extern "C" {
@@ -242,7 +237,18 @@ int pthread_attr_destroy(pthread_attr_t* attributes) noexcept {
 int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*routine)(void*),
                    void* argument) noexcept {
   static Real real("pthread_create");
-  return Pass(Call::kThreadCreate, nullptr, &real, thread, attributes, routine, argument);
+  const auto at_create = zebcomn_test::at_thread_create.load();
+  if (at_create == nullptr) {
+    return Pass(Call::kThreadCreate, nullptr, &real, thread, attributes, routine, argument);
+  }
+  void* const block = std::malloc(sizeof(ThreadStart));
+  if (block == nullptr) return EAGAIN;
+  auto* const start =
+      new (block) ThreadStart{routine, argument, zebcomn_test::at_thread_start, at_create()};
+  const int error = Pass(Call::kThreadCreate, nullptr, &real, thread, attributes,
+                         &zebcomn_test::RunMarkedThread, static_cast<void*>(start));
+  if (error != 0) std::free(block);
+  return error;
 }
 
 int pthread_setspecific(pthread_key_t key, const void* value) noexcept {
@@ -299,6 +305,7 @@ void* __libc_malloc(size_t size);
 void __libc_free(void* block);
 
 void* malloc(size_t size) noexcept {
+  const Step step(Call::kMalloc, nullptr);
   if (const int error = ErrorFor(Call::kMalloc)) {
     errno = error;
     return nullptr;

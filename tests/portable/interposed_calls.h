@@ -9,6 +9,8 @@
 
 #include <sys/time.h>
 
+#include <cstdint>
+
 namespace zebcomn_test {
 
 enum class Call {
@@ -34,6 +36,7 @@ enum class Call {
   kRemove,
   kMalloc,
   kFree,
+  kOther,  ///< One of those in interposed_waits.cpp: it has a step and nothing else.
   kCount,
 };
 
@@ -68,10 +71,18 @@ class FixedClock {
 };
 
 /// Called before and after each interposed call, on every thread, with the object that the call
-/// works on (a mutex, a condition, a block; else null). malloc(), the thread attributes and the
-/// uses of a key have no step. Null for no hook.
+/// works on (a mutex, a condition, a block; else null). The thread attributes and the uses of a key
+/// have no step, and none is told of the calls that the hook itself makes. Null for no hook.
 using StepHook = void (*)(Call call, bool before, void* object);
 void SetStepHook(StepHook hook);
+
+/// What happens around the start of a thread: `at_create` runs on the creating thread, and what it
+/// gives is handed to `at_start`, the first thing that the new thread runs. Nulls for nothing.
+struct ThreadHooks {
+  uint32_t (*at_create)();
+  void (*at_start)(uint32_t mark);
+};
+void SetThreadHooks(ThreadHooks hooks);
 
 /// What free() does on every thread while set, in place of giving the block back. Null for none.
 using FreeHook = void (*)(void* block);

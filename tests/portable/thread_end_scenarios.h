@@ -3,25 +3,16 @@
 
 /// \file
 /// The moments at which the end of a thread, the close of its handle and the use of slots can meet.
-/// The stress tests run them at full speed, the yield tests with the processor given away between
-/// the steps. Each call is one round; none of them may touch what has been freed.
+/// The stress tests run them at full speed, tests/reliability under schedules. Each call is one
+/// round; none of them may touch what has been freed.
 
 #include <gtest/gtest.h>
 #include <sched.h>
 
 #include "tests/portable/owned_handle.h"
-#include "tests/support/command.h"
 #include "zebcomn/portable/tls.h"
 
 namespace zebcomn_test {
-
-/// `rounds` on this machine's own processor, fewer under an emulator or a sanitizer.
-inline int ScaledRounds(int rounds) {
-#if defined(ZEBCOMN_SANITIZED)
-  rounds /= 5;
-#endif
-  return EmulatorWords().empty() ? rounds : rounds / 20;
-}
 
 inline DWORD EndAtOnce(void* /*parameter*/) {
   return 0;

@@ -5,10 +5,11 @@
 #include <vector>
 
 #include "tests/portable/thread_end_scenarios.h"
+#include "tests/support/rounds.h"
 
 namespace {
 
-using zebcomn_test::ScaledRounds;
+using zebcomn_test::Rounds;
 
 // Runs `scenario` over and over on two threads at once.
 void Stress(int rounds, void (*scenario)()) {
@@ -21,27 +22,27 @@ void Stress(int rounds, void (*scenario)()) {
 }
 
 TEST(ThreadStress, CloseAfterWait) {
-  Stress(ScaledRounds(4000), zebcomn_test::CloseAfterWait);
+  Stress(Rounds(4000), zebcomn_test::CloseAfterWait);
 }
 
 TEST(ThreadStress, CloseOnFlag) {
-  Stress(ScaledRounds(4000), zebcomn_test::CloseOnFlag);
+  Stress(Rounds(4000), zebcomn_test::CloseOnFlag);
 }
 
 TEST(ThreadStress, CloseWithoutWait) {
-  Stress(ScaledRounds(4000), zebcomn_test::CloseWithoutWait);
+  Stress(Rounds(4000), zebcomn_test::CloseWithoutWait);
 }
 
 TEST(ThreadStress, CloseAfterFlagSetByHand) {
-  Stress(ScaledRounds(4000), zebcomn_test::CloseAfterFlagSetByHand);
+  Stress(Rounds(4000), zebcomn_test::CloseAfterFlagSetByHand);
 }
 
 TEST(ThreadStress, EndTogetherWithSlots) {
-  Stress(ScaledRounds(1000), zebcomn_test::EndTogetherWithSlots);
+  Stress(Rounds(1000), zebcomn_test::EndTogetherWithSlots);
 }
 
 TEST(ThreadStress, LastWaiterClosesTheEvent) {
-  Stress(ScaledRounds(1000), zebcomn_test::LastWaiterClosesTheEvent);
+  Stress(Rounds(1000), zebcomn_test::LastWaiterClosesTheEvent);
 }
 
 TEST(ThreadStress, ManyWaitersOnOneEvent) {
@@ -64,7 +65,7 @@ TEST(ThreadStress, ManyWaitersOnOneEvent) {
 }
 
 TEST(ThreadStress, WaitersSeeWhatTheThreadWrote) {
-  for (int i = 0; i < ScaledRounds(2000); ++i) {
+  for (int i = 0; i < Rounds(2000); ++i) {
     int written = 0;
     HANDLE thread = zebcomn_test::NewThread(
         [](void* argument) -> DWORD {

@@ -1,32 +1,23 @@
-// The ends of threads against closes, waits and slots, with the processor given away at random
-// before and after each step, and with freed memory kept aside and watched: a lock or a broadcast
-// in freed memory, a write to it and a second free end the test. Under the address sanitizer it is
-// the sanitizer that watches.
-#include <gtest/gtest.h>
+#include "tests/reliability/quarantine.h"
+
 #include <malloc.h>
 #include <sched.h>
 
 #include <array>
 #include <atomic>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-
-#include "tests/portable/interposed_calls.h"
-#include "tests/portable/thread_end_scenarios.h"
 
 #ifndef ZEBCOMN_SANITIZED
 extern "C" void __libc_free(void* block);
 #endif
 
+namespace zebcomn_test {
 namespace {
 
-using zebcomn_test::Call;
-using zebcomn_test::ScaledRounds;
-
 [[noreturn]] void Die(const char* what) {
-  std::fprintf(stderr, "thread_yield_test: %s\n", what);
+  std::fprintf(stderr, "quarantine: %s\n", what);
   std::abort();
 }
 
@@ -113,77 +104,16 @@ void ExpectUsable([[maybe_unused]] const void* object) {
 #endif
 }
 
-// The next of a sequence of numbers that each thread has for itself.
-uint32_t Random() {
-  static std::atomic<uint32_t> seed{1};
-  thread_local uint32_t state = 2654435761u * seed.fetch_add(1, std::memory_order_relaxed);
-  state ^= state << 13;
-  state ^= state >> 17;
-  state ^= state << 5;
-  return state;
-}
-
-void GiveProcessorAway() {
-  const uint32_t number = Random();
-  if (number % 8 == 0) {
-    const timespec nap{0, static_cast<long>(number / 8 % 100000)};
-    nanosleep(&nap, nullptr);
-  } else if (number % 2 == 0) {
-    sched_yield();
-  }
-}
-
-std::atomic<int> g_steps{0};
-
-void YieldAtStep(Call call, bool before, void* object) {
-  g_steps.fetch_add(1, std::memory_order_relaxed);
-  GiveProcessorAway();
-  if (before && WorksOnAnObject(call)) ExpectUsable(object);
-}
-
-class ThreadYield : public testing::Test {
- protected:
-  void SetUp() override {
-    g_steps = 0;
-    if (zebcomn_test::kAllocationIsInterposed) {
-      zebcomn_test::SetFreeHook([](void* block) { g_quarantine.Add(block); });
-    }
-    zebcomn_test::SetStepHook(YieldAtStep);
-  }
-  void TearDown() override {
-    zebcomn_test::SetStepHook(nullptr);
-    zebcomn_test::SetFreeHook(nullptr);
-    g_quarantine.Empty();
-    EXPECT_GT(g_steps, 0) << "the library's calls do not come by";
-  }
-
-  static void Repeat(int rounds, void (*scenario)()) {
-    for (int i = 0; i < ScaledRounds(rounds); ++i) scenario();
-  }
-};
-
-TEST_F(ThreadYield, CloseAfterWait) {
-  Repeat(1000, zebcomn_test::CloseAfterWait);
-}
-
-TEST_F(ThreadYield, CloseOnFlag) {
-  Repeat(1000, zebcomn_test::CloseOnFlag);
-}
-
-TEST_F(ThreadYield, CloseWithoutWait) {
-  Repeat(1000, zebcomn_test::CloseWithoutWait);
-}
-
-TEST_F(ThreadYield, CloseAfterFlagSetByHand) {
-  Repeat(1000, zebcomn_test::CloseAfterFlagSetByHand);
-}
-
-TEST_F(ThreadYield, EndTogetherWithSlots) {
-  Repeat(200, zebcomn_test::EndTogetherWithSlots);
-}
-
-TEST_F(ThreadYield, LastWaiterClosesTheEvent) {
-  Repeat(300, zebcomn_test::LastWaiterClosesTheEvent);
-}
-
 }  // namespace
+
+void WatchFreedMemory(bool watch) {
+  if (!kAllocationIsInterposed) return;
+  SetFreeHook(watch ? [](void* block) { g_quarantine.Add(block); } : FreeHook{nullptr});
+  if (!watch) g_quarantine.Empty();
+}
+
+void WatchUse(Call call, const void* object) {
+  if (WorksOnAnObject(call)) ExpectUsable(object);
+}
+
+}  // namespace zebcomn_test
