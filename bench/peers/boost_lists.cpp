@@ -20,8 +20,11 @@ class SharedMutex {
 
 class List {
  public:
-  [[gnu::noinline]] void Push() { list_.push_front(element_); }
-  [[gnu::noinline]] void* Pop() {
+  void Push() {
+    list_.push_front(element_);
+    benchmark::ClobberMemory();
+  }
+  void* Pop() {
     Element& first = list_.front();
     list_.pop_front();
     return &first;

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -151,11 +150,14 @@ uint8_t* tivCoCreateGuid(uint8_t* guid) {
 }
 
 char* tivUuidToStringA(const uint8_t* guid, char* buffer) {
+  static constexpr char kDigits[] = "0123456789abcdef";
   if (guid == nullptr || buffer == nullptr) return nullptr;
   char* out = buffer;
   for (int i = 0; i < 16; ++i) {
     if (i == 4 || i == 6 || i == 8 || i == 10) *out++ = '-';
-    out += std::sprintf(out, "%02x", static_cast<unsigned>(guid[i]));
+    *out++ = kDigits[guid[i] >> 4];
+    *out++ = kDigits[guid[i] & 0xF];
   }
+  *out = '\0';
   return buffer;
 }

@@ -26,24 +26,17 @@ BOOL EndFile(_tivHandleObject_t* record) {
   return TRUE;
 }
 
-// Kept: the condition, the mutex and an ownership lock are not destroyed, and an owned lock is not
-// unlocked: closing the handle of an owned mutex is no error.
-BOOL FreeRecord(_tivHandleObject_t* record) {
-  std::free(record->pObject);
-  std::free(record);
-  return TRUE;
-}
-
 BOOL EndHandle(_tivHandleObject_t* record) {
   switch (record->nType) {
     case TIV_HANDLE_FILE:
       return EndFile(record);
     case TIV_HANDLE_THREAD:
-      zebcomn::DetachThread(record);
-      return FreeRecord(record);
+      zebcomn::CloseThreadRecord(record);
+      return TRUE;
     case TIV_HANDLE_EVENT:
     case TIV_HANDLE_MUTEX:
-      return FreeRecord(record);
+      zebcomn::FreeRecord(record);
+      return TRUE;
     default:
       return FALSE;
   }

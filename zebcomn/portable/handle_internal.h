@@ -19,6 +19,9 @@ bool InitRecordLocks(_tivHandleObject_t* record);
 /// Destroys what InitRecordLocks() made.
 void DestroyRecordLocks(_tivHandleObject_t* record);
 
+/// Frees the record of an event, a mutex or a thread, and what its `pObject` points at.
+void FreeRecord(_tivHandleObject_t* record);
+
 }  // namespace zebcomn
 
 #endif  // ZEBCOMN_PORTABLE_HANDLE_INTERNAL_H_

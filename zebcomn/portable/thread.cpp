@@ -32,11 +32,6 @@ _tivHandleObject_t* AllocateThreadRecord() {
   return record;
 }
 
-void FreeThreadRecord(_tivHandleObject_t* record) {
-  std::free(record->pObject);
-  std::free(record);
-}
-
 // The start block of a new thread, tied to its record; null without memory.
 TivThreadStartBlock* AllocateStartBlock(_tivHandleObject_t* record, TivThreadRoutine routine,
                                         void* parameter) {
@@ -85,12 +80,12 @@ HANDLE tivBeginThread(void* /*lpThreadAttributes*/, DWORD /*dwStackSize*/,
   record->nType = TIV_HANDLE_THREAD;
   record->nRefCount = 1;
   if (!zebcomn::InitRecordLocks(record)) {
-    FreeThreadRecord(record);
+    zebcomn::FreeRecord(record);
     return TIV_INVALID_HANDLE;
   }
   if (!RunThread(record, lpStartAddress, lpParameter)) {
     zebcomn::DestroyRecordLocks(record);
-    FreeThreadRecord(record);
+    zebcomn::FreeRecord(record);
     return TIV_INVALID_HANDLE;
   }
   // Kept: the id is always 0; it is the start's result, and callers do not use it as an id.

@@ -1,6 +1,6 @@
 #include <cstddef>
 
-#include "zebcomn/portable/cancellation_internal.h"
+#include "zebcomn/portable/handle_internal.h"
 #include "zebcomn/portable/held_mutex_internal.h"
 #include "zebcomn/portable/plain_atomic_internal.h"
 #include "zebcomn/portable/thread_end_internal.h"
@@ -13,10 +13,11 @@ namespace {
 // held while an end works on the record's own mutex: a record that somebody has left locked must
 // hold up its own thread only.
 pthread_mutex_t g_end_mutex = PTHREAD_MUTEX_INITIALIZER;
-pthread_cond_t g_end_over = PTHREAD_COND_INITIALIZER;
 
-// `ppThreadSignalled` of a record whose thread is just ending. After the end it is null.
+// `ppThreadSignalled` of a record whose thread is just ending, and of one that has been closed
+// meanwhile. After the end it is null.
 int32_t* g_ending_mark = nullptr;
+int32_t* g_closed_mark = nullptr;
 
 // The record that a start block points into; null for a block that a caller put together from
 // objects of its own.
@@ -52,19 +53,17 @@ bool EnterEnd(const TivThreadStartBlock* block) {
   return !detached;
 }
 
+// Marks the block's record as ended. A close that has come during the end leaves the record to it.
 void LeaveEnd(const TivThreadStartBlock* block) {
-  HeldMutex lock(g_end_mutex, HeldMutex::Insist{});
-  if (_tivHandleObject_t* record = RecordOfBlock(block)) record->ppThreadSignalled = nullptr;
-  // A close that waits for this end would wait for ever.
-  while (pthread_cond_broadcast(&g_end_over) != 0) {
+  _tivHandleObject_t* record = RecordOfBlock(block);
+  if (record == nullptr) return;
+  bool closed = false;
+  {
+    HeldMutex lock(g_end_mutex, HeldMutex::Insist{});
+    closed = record->ppThreadSignalled == &g_closed_mark;
+    record->ppThreadSignalled = nullptr;
   }
-}
-
-// Waits until the end under way is over. The wait must not be a cancellation point: the record of
-// a close that does not come back would be lost.
-void AwaitEnd(const _tivHandleObject_t* record) {
-  const CancellationHeldOff no_cancellation;
-  while (record->ppThreadSignalled == &g_ending_mark) pthread_cond_wait(&g_end_over, &g_end_mutex);
+  if (closed) FreeRecord(record);
 }
 
 }  // namespace
@@ -75,10 +74,16 @@ void SignalThreadEnd(TivThreadStartBlock* block) {
   LeaveEnd(block);
 }
 
-void DetachThread(_tivHandleObject_t* record) {
-  HeldMutex lock(g_end_mutex, HeldMutex::Insist{});
-  if (record->ppThreadSignalled == &g_ending_mark) AwaitEnd(record);
-  if (record->ppThreadSignalled != nullptr) *record->ppThreadSignalled = &bDummyThreadSignalled;
+void CloseThreadRecord(_tivHandleObject_t* record) {
+  {
+    HeldMutex lock(g_end_mutex, HeldMutex::Insist{});
+    if (record->ppThreadSignalled == &g_ending_mark) {
+      record->ppThreadSignalled = &g_closed_mark;
+      return;
+    }
+    if (record->ppThreadSignalled != nullptr) *record->ppThreadSignalled = &bDummyThreadSignalled;
+  }
+  FreeRecord(record);
 }
 
 }  // namespace zebcomn

@@ -2,8 +2,8 @@
 #define ZEBCOMN_PORTABLE_THREAD_END_INTERNAL_H_
 
 /// \file
-/// A thread's end against the close of its handle. One of the two comes first, as a whole: a close
-/// that meets an end under way waits until the end no longer touches the record, and an end that
+/// A thread's end against the close of its handle. Neither waits for the other: a close that meets
+/// an end under way leaves the record to the end, which frees it as its last step, and an end that
 /// comes after the close finds its start block detached from the record.
 
 #include "zebcomn/portable/handle.h"
@@ -15,8 +15,8 @@ namespace zebcomn {
 /// handle has been closed. The record is not touched after the call.
 void SignalThreadEnd(TivThreadStartBlock* block);
 
-/// Parts a thread's record from its thread, so that the record can be freed.
-void DetachThread(_tivHandleObject_t* record);
+/// Parts a thread's record from its thread, and frees the record or has the thread free it.
+void CloseThreadRecord(_tivHandleObject_t* record);
 
 }  // namespace zebcomn
 

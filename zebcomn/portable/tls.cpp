@@ -11,23 +11,23 @@
 pthread_key_t* pTlsKeyTable[TIV_TLS_SLOT_COUNT];
 int32_t nTlsOwnerTable[TIV_TLS_SLOT_COUNT];
 
-uint32_t zebcomn::g_tls_stamps[TIV_TLS_SLOT_COUNT];
+zebcomn::TlsSlot zebcomn::g_tls_slots[TIV_TLS_SLOT_COUNT];
 
 namespace {
 
+using zebcomn::g_tls_slots;
 using zebcomn::HeldMutex;
+using zebcomn::TlsSlot;
 
-// Serialises the changes to the tables, and the use of a key in tivTlsSetValue() against its
-// deletion: a deleted key may belong to somebody else at once. tivTlsGetValue() takes no lock.
+// Serialises the changes to the tables. tivTlsSetValue() and tivTlsGetValue() take no lock.
 pthread_mutex_t g_slot_mutex = PTHREAD_MUTEX_INITIALIZER;
 
 bool bFirstCall = true;  // Guarded by g_slot_mutex.
 
-// The key in each slot's cell, once more: a reader without the lock must not look into a cell that
-// an ending thread may be freeing.
-pthread_key_t g_keys[TIV_TLS_SLOT_COUNT];
-
 uint32_t g_last_stamp = 0;  // Guarded by g_slot_mutex.
+
+// No slot from here on has ever been taken: the end of a thread need not look at them.
+DWORD g_slots_end = 0;
 
 // What the thread has set itself in the lowest slots, the ones that everybody uses. A read that
 // finds its slot's stamp here costs no call of the C library. Nothing is ever set with stamp 0.
@@ -82,10 +82,29 @@ bool FreeTakenSlot(DWORD slot) {
   pthread_key_t* cell = pTlsKeyTable[slot];
   zebcomn::StoreRelaxed(&pTlsKeyTable[slot], static_cast<pthread_key_t*>(nullptr));
   zebcomn::StoreRelaxed(&nTlsOwnerTable[slot], 0);
-  zebcomn::StoreRelaxed(&zebcomn::g_tls_stamps[slot], 0U);
+  zebcomn::StoreRelaxed(&g_tls_slots[slot].stamp, 0U);
   const bool deleted = pthread_key_delete(*cell) == 0;
   std::free(cell);
   return deleted;
+}
+
+[[gnu::cold]] BOOL RefuseSlot() {
+  zebcomn::StoreError(EINVAL);
+  return FALSE;
+}
+
+// The system cannot store the value: what was there before stays, so the copy must not be read.
+[[gnu::cold]] BOOL ForgetCopy(const TlsSlot* slot) {
+  const auto index = static_cast<DWORD>(slot - g_tls_slots);
+  if (index < kCachedSlotCount) t_cache[index] = {};
+  return FALSE;
+}
+
+// The slot has been freed while the value was being set: its key may have been deleted before that
+// and be somebody else's by now. The thread cannot have given the other one's key a value yet.
+[[gnu::cold]] BOOL TakeBackValue(pthread_key_t key) {
+  pthread_setspecific(key, nullptr);
+  return RefuseSlot();
 }
 
 // tivTlsGetValue() without the call.
@@ -94,7 +113,7 @@ inline void* GetValue(DWORD slot) {
     const CachedValue& cached = t_cache[slot];
     if (cached.value != nullptr && cached.stamp == zebcomn::TlsStamp(slot)) return cached.value;
   }
-  if (IsTaken(slot)) return pthread_getspecific(zebcomn::LoadRelaxed(&g_keys[slot]));
+  if (IsTaken(slot)) return pthread_getspecific(zebcomn::LoadRelaxed(&g_tls_slots[slot].key));
   zebcomn::StoreError(EINVAL);
   return nullptr;
 }
@@ -111,8 +130,9 @@ DWORD tivTlsAlloc(void) {
   }
   pthread_key_t* cell = MakeKeyCell();
   if (cell == nullptr) return TIV_INVALID_DWORD;
-  zebcomn::StoreRelaxed(&g_keys[slot], *cell);
-  zebcomn::StoreRelaxed(&zebcomn::g_tls_stamps[slot], NextStamp());
+  zebcomn::StoreRelaxed(&g_tls_slots[slot].key, *cell);
+  zebcomn::StoreRelease(&g_tls_slots[slot].stamp, NextStamp());
+  if (slot >= g_slots_end) zebcomn::StoreRelease(&g_slots_end, slot + 1);
   zebcomn::StoreRelaxed(&nTlsOwnerTable[slot], static_cast<int32_t>(getpid()));
   zebcomn::StoreRelease(&pTlsKeyTable[slot], cell);
   return slot;
@@ -128,15 +148,15 @@ BOOL tivTlsFree(DWORD dwTlsIndex) {
 }
 
 BOOL tivTlsSetValue(DWORD dwTlsIndex, void* lpTlsValue) {
-  HeldMutex lock(g_slot_mutex, HeldMutex::Insist{});
-  if (!IsTaken(dwTlsIndex)) {
-    zebcomn::StoreError(EINVAL);
-    return FALSE;
-  }
-  if (pthread_setspecific(*pTlsKeyTable[dwTlsIndex], lpTlsValue) != 0) return FALSE;
-  if (dwTlsIndex < kCachedSlotCount) {
-    t_cache[dwTlsIndex] = {zebcomn::TlsStamp(dwTlsIndex), lpTlsValue};
-  }
+  const uint32_t stamp = zebcomn::TlsStamp(dwTlsIndex);
+  if (__builtin_expect(stamp == 0, 0)) return RefuseSlot();
+  const TlsSlot* slot = &g_tls_slots[dwTlsIndex];
+  const pthread_key_t key = zebcomn::LoadRelaxed(&slot->key);
+  if (dwTlsIndex < kCachedSlotCount) t_cache[dwTlsIndex] = {stamp, lpTlsValue};
+  if (__builtin_expect(pthread_setspecific(key, lpTlsValue) != 0, 0)) return ForgetCopy(slot);
+  // After the set: whoever deletes a key takes its stamp away first.
+  __atomic_thread_fence(__ATOMIC_ACQUIRE);
+  if (__builtin_expect(zebcomn::LoadRelaxed(&slot->stamp) != stamp, 0)) return TakeBackValue(key);
   return TRUE;
 }
 
@@ -149,10 +169,12 @@ void* zebcomn::TlsValueOf(DWORD slot, uint32_t stamp) {
 }
 
 void zebcomn::FreeOwnTlsSlots() {
-  const auto process = static_cast<int32_t>(getpid());
-  for (DWORD slot = 0; slot < TIV_TLS_SLOT_COUNT; ++slot) {
+  const DWORD end = zebcomn::LoadAcquire(&g_slots_end);
+  for (DWORD slot = 0; slot < end; ++slot) {
     if (!IsTaken(slot)) continue;
     HeldMutex lock(g_slot_mutex, HeldMutex::Insist{});
-    if (IsTaken(slot) && nTlsOwnerTable[slot] == process) FreeTakenSlot(slot);
+    if (IsTaken(slot) && nTlsOwnerTable[slot] == static_cast<int32_t>(getpid())) {
+      FreeTakenSlot(slot);
+    }
   }
 }

@@ -6,12 +6,18 @@
 
 namespace zebcomn {
 
-/// The stamp of each slot's allocation; 0 = the slot is free. No two allocations have the same.
-extern uint32_t g_tls_stamps[TIV_TLS_SLOT_COUNT];
+/// One allocation of a slot. No two allocations have the same stamp; 0 = the slot is free. The key
+/// is the one in the slot's cell: a reader without the lock must not look into a cell that an
+/// ending thread may be freeing.
+struct TlsSlot {
+  uint32_t stamp;
+  pthread_key_t key;
+};
+extern TlsSlot g_tls_slots[TIV_TLS_SLOT_COUNT];
 
 /// Tells the allocations of one slot apart. 0 for a free slot and for an index out of range.
 inline uint32_t TlsStamp(DWORD slot) {
-  return slot < TIV_TLS_SLOT_COUNT ? LoadRelaxed(&g_tls_stamps[slot]) : 0;
+  return __builtin_expect(slot < TIV_TLS_SLOT_COUNT, 1) ? LoadAcquire(&g_tls_slots[slot].stamp) : 0;
 }
 
 /// tivTlsGetValue(), which refuses the slot also when its allocation has not this stamp any more.
