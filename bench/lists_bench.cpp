@@ -2,12 +2,13 @@
 // interlocked exchanges that such a pair is made of: the spin word is taken and given back twice.
 #include <pthread.h>
 
+#include <cstdint>
+
 #include "bench/support/lock_operations.h"
 #include "zebcomn/lists/ll.h"
 #include "zebcomn/lists/se_lock.h"
 #include "zebcomn/lists/sll.h"
 #include "zebcomn/lists/thread_attach.h"
-#include "zebcomn/portable/interlocked.h"
 
 namespace {
 
@@ -41,7 +42,7 @@ class SeLock {
   tiSO_SELock_t* lock_ = nullptr;
 };
 
-/// The library's own exchange, as the floor is defined by it.
+/// Each exchange is made under one mutex of the process, as described.
 class FourExchanges {
  public:
   using ForThread = bench::NoPreparation;
@@ -51,11 +52,19 @@ class FourExchanges {
   void EndShared() { Twice(); }
 
  private:
-  void Twice() {
-    tivInterlockedExchange(&word_, 1);
-    tivInterlockedExchange(&word_, 0);
+  int32_t Exchange(int32_t next) {
+    pthread_mutex_lock(&mutex_);
+    const int32_t previous = word_;
+    word_ = next;
+    pthread_mutex_unlock(&mutex_);
+    return previous;
   }
-  LONG word_ = 0;
+  void Twice() {
+    benchmark::DoNotOptimize(Exchange(1));
+    benchmark::DoNotOptimize(Exchange(0));
+  }
+  static inline pthread_mutex_t mutex_ = PTHREAD_MUTEX_INITIALIZER;
+  int32_t word_ = 0;
 };
 
 class RwLock {
