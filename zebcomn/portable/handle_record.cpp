@@ -47,6 +47,7 @@ void DestroyRecordLocks(_tivHandleObject_t* record) {
 // Kept: the condition, the mutex and an ownership lock are not destroyed, and an owned lock is not
 // unlocked: closing the handle of an owned mutex is no error.
 void FreeRecord(_tivHandleObject_t* record) {
+  // An event has none, and a call for nothing shows.
   if (record->pObject != nullptr) std::free(record->pObject);
   std::free(record);
 }

@@ -18,17 +18,19 @@ int Sleep(_tivHandleObject_t* record, DWORD milliseconds, const timeval& now) {
   return pthread_cond_timedwait(&record->cond, &record->mutex, &deadline);
 }
 
-// Waits for a record that is not signalled: TIV_WAIT_SIGNALLED to go on, else the call's result.
-// Not inlined: that keeps what a sleep needs off the way of the waits that need none.
-[[gnu::noinline]] DWORD WaitForSignal(_tivHandleObject_t* record, DWORD milliseconds,
-                                      zebcomn::HeldMutex* lock) {
+// What a wait of a record that is not signalled can say besides a call's result.
+constexpr DWORD kFailedAndStaysLocked = 0xFFFFFFFF;
+
+// Waits for a record that is not signalled: TIV_WAIT_SIGNALLED to go on, kFailedAndStaysLocked, or
+// the call's result. Not inlined, and without the caller's lock object: that keeps what a sleep
+// needs off the way of the waits that need none.
+[[gnu::noinline]] DWORD WaitForSignal(_tivHandleObject_t* record, DWORD milliseconds) {
   // The state decides already; a deadline that has passed needs no trip through the timer.
   if (milliseconds == 0) return TIV_WAIT_TIMEOUT;
   timeval now{};
   if (milliseconds != TIV_WAIT_INFINITE && gettimeofday(&now, nullptr) != 0) {
     // Kept: the record stays locked when the clock cannot be read.
-    lock->Release();
-    return TIV_WAIT_FAILED;
+    return kFailedAndStaysLocked;
   }
   // Kept: one wait only; a wake-up for any reason counts as signalled.
   const int error = Sleep(record, milliseconds, now);
@@ -55,7 +57,11 @@ DWORD tivWaitForSingleObject(HANDLE hHandle, DWORD dwMilliseconds) {
   zebcomn::HeldMutex lock(record->mutex);
   if (!lock.held()) return TIV_WAIT_FAILED;
   if (zebcomn::LoadAcquire(&record->bSignalled) != 1) {
-    const DWORD result = WaitForSignal(record, dwMilliseconds, &lock);
+    const DWORD result = WaitForSignal(record, dwMilliseconds);
+    if (result == kFailedAndStaysLocked) {
+      lock.Release();
+      return TIV_WAIT_FAILED;
+    }
     if (result != TIV_WAIT_SIGNALLED) return result;
   }
   if (record->nType == TIV_HANDLE_MUTEX && !TakeOwnership(record)) return TIV_WAIT_FAILED;
