@@ -1,0 +1,9 @@
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(FailingCalls, EveryFailureOnce) {
+  GTEST_SKIP() << "the thread sanitizer makes the wrapped calls before it is ready for a wrapper";
+}
+
+}  // namespace
