@@ -155,7 +155,7 @@ BOOL tivTlsSetValue(DWORD dwTlsIndex, void* lpTlsValue) {
   if (dwTlsIndex < kCachedSlotCount) t_cache[dwTlsIndex] = {stamp, lpTlsValue};
   if (__builtin_expect(pthread_setspecific(key, lpTlsValue) != 0, 0)) return ForgetCopy(slot);
   // After the set: whoever deletes a key takes its stamp away first.
-  __atomic_thread_fence(__ATOMIC_ACQUIRE);
+  zebcomn::AcquireFence();
   if (__builtin_expect(zebcomn::LoadRelaxed(&slot->stamp) != stamp, 0)) return TakeBackValue(key);
   return TRUE;
 }
