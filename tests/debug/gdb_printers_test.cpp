@@ -40,10 +40,12 @@ std::vector<Exchange> SessionOfThePage() {
   return session;
 }
 
-// Without what differs from run to run: addresses, the kernel's numbers of threads.
+// Without what differs from run to run: addresses, the kernel's numbers of threads, and the
+// descriptor, which depends on those that the test was started with.
 std::string Comparable(const std::string& text) {
   const std::string addresses = std::regex_replace(text, std::regex("0x[0-9a-f]{2,}"), "0xADDRESS");
-  return std::regex_replace(addresses, std::regex("LWP [0-9]+"), "LWP N");
+  const std::string threads = std::regex_replace(addresses, std::regex("LWP [0-9]+"), "LWP N");
+  return std::regex_replace(threads, std::regex("descriptor [0-9]+"), "descriptor N");
 }
 
 using Words = std::vector<std::string>;

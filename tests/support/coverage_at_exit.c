@@ -1,5 +1,6 @@
-/* Part of every test program in a coverage build: the counters are also written when a process ends by
-   _exit(), by abort() or by an assertion, as the children of the tests do, and from behind a chroot(). */
+/* Part of every test program in a coverage build: the counters are also written when a process ends
+   by _exit(), by abort() or by an assertion, as the children of the tests do, and from behind a
+   chroot(). */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <fcntl.h>
