@@ -129,7 +129,8 @@ bool getNetAddr(const unsigned int& family, sockaddr* address, sockaddr* mask, s
   in_addr network{};
   network.s_addr = Ipv4Bits(address) & Ipv4Bits(mask);
   std::array<char, INET_ADDRSTRLEN> text{};
-  out = inet_ntop(AF_INET, &network, text.data(), text.size());
+  if (inet_ntop(AF_INET, &network, text.data(), text.size()) == nullptr) return false;
+  out = text.data();
   return true;
 }
 

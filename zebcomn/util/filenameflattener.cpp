@@ -76,6 +76,7 @@ FileNameFlattener::FileNameFlattener(const std::string& path, const std::string&
 }
 
 bool FileNameFlattener::Flatten() {
+  m_bFlat = false;  // Also where there is no memory for the flat path.
   m_bFlat = FlattenAbsolute(Absolute(m_strPath, m_strBaseDir), m_strFlatPath);
   return m_bFlat;
 }

@@ -4,7 +4,7 @@
 /// \file
 /// Small helpers over narrow text. Each works on its arguments alone, so any thread may call; those
 /// that look at letters or white space ask the process's locale, byte by byte. `nErrno` is left
-/// alone.
+/// alone. Those that return a string throw std::bad_alloc when there is no memory for it.
 ///
 /// \par Example
 /// \include text.cpp

@@ -10,7 +10,8 @@
 ///
 /// A null buffer, or a size of 0, is left alone. A moment that the C library cannot break down
 /// gives the empty text. `nErrno` is left alone. Any number of threads may call; the compact stamps
-/// take no lock, so a `zebcomn_timegm` in another thread can make a local stamp come out in UTC.
+/// take no lock, so a `zebcomn_timegm` in another thread can make a local stamp come out in UTC. A
+/// readable stamp without memory throws std::bad_alloc, or is empty in its wide form.
 ///
 /// \par Example
 /// \include time_stamps.cpp

@@ -1,5 +1,7 @@
 #include "zebcomn/util/time_zone.h"
 
+#include <sched.h>
+
 #include <cstdlib>
 #include <cstring>
 
@@ -23,13 +25,14 @@ class UtcZone {
     if (zone != nullptr && strnlen(zone, kMaxZoneText + 1) <= kMaxZoneText) {
       std::strcpy(saved_, zone);
     }
-    setenv("TZ", "", 1);
+    in_utc_ = setenv("TZ", "", 1) == 0;
     tzset();
   }
   ~UtcZone() {
+    if (!in_utc_) return;
     // Kept: an empty or overlong value is not put back; "TZ" is absent after it.
     if (saved_[0] != '\0') {
-      setenv("TZ", saved_, 1);
+      PutBack();
     } else {
       unsetenv("TZ");
     }
@@ -38,7 +41,18 @@ class UtcZone {
   UtcZone(const UtcZone&) = delete;
   UtcZone& operator=(const UtcZone&) = delete;
 
+  /// Whether the process could be switched.
+  bool in_utc() const { return in_utc_; }
+
  private:
+  /// Tries again while there is no memory, so that a short lack of it does not leave the process in
+  /// UTC for good.
+  void PutBack() const {
+    constexpr int kMostTries = 1000;
+    for (int tries = 0; tries < kMostTries && setenv("TZ", saved_, 1) != 0; ++tries) sched_yield();
+  }
+
+  bool in_utc_ = false;
   char saved_[kMaxZoneText + 1] = {};
 };
 
@@ -48,7 +62,7 @@ std::time_t zebcomn_timegm(std::tm* time) {
   if (time == nullptr) return -1;
   const zebcomn::HeldMutex held(mutex);
   const UtcZone utc;
-  return std::mktime(time);
+  return utc.in_utc() ? std::mktime(time) : -1;
 }
 
 unsigned int zebcomn_gettimezone(std::wstring& name) {

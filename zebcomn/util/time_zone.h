@@ -30,7 +30,8 @@ ZEBCOMN_EXPORT extern pthread_mutex_t mutex;
 /// 1024 bytes, is lost: "TZ" is then absent.
 ///
 /// \param[in,out] time  Normalised in place, as by `mktime`.
-/// \return the seconds; -1 when `mktime` cannot express the time, and for null.
+/// \return the seconds; -1 when `mktime` cannot express the time, for null, and when there is no
+///         memory to set "TZ".
 ZEBCOMN_EXPORT std::time_t zebcomn_timegm(std::tm* time);
 
 /// The abbreviation of the standard-time zone that the process last set up; it calls no `tzset`.
