@@ -1,9 +1,11 @@
 // What the agent says of itself, plug-in versions, the system log and the signal handler.
 #include <pthread.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -12,6 +14,7 @@
 #include "tests/reliability/sweep.h"
 #include "tests/support/expected_leak.h"
 #include "tests/support/system_log_receiver.h"
+#include "zebcomn/portable/dynamic_library.h"
 #include "zebcomn/util/agent_identity.h"
 #include "zebcomn/util/platform_match.h"
 #include "zebcomn/util/plugin_version.h"
@@ -56,7 +59,13 @@ ZEBCOMN_USE_WITHOUT_CALLS(AgentFailures, Identity, "tivmcomn_get_agent_softwarei
   EXPECT_STREQ(wide, L"KZUAGENT4600WRLX");
 }
 
-// The module has no "DllMain", so that a failing look for it makes no difference.
+bool IsInTable() {
+  return std::any_of(std::begin(pDynamicLibraryList), std::end(pDynamicLibraryList),
+                     [](const auto* entry) { return entry != nullptr; });
+}
+
+// The module has no "DllMain", so that a failing look for it makes no difference. A table that
+// cannot be locked keeps its module, as it does when a library alone is given back.
 void CheckStamp(Trial& trial, int (*read)(char*, char*, unsigned), const std::string& expected) {
   const ExpectedLeak record_of_a_failed_load;
   std::string module = ZEBCOMN_SWEPT_PLUGIN;
@@ -71,6 +80,12 @@ void CheckStamp(Trial& trial, int (*read)(char*, char*, unsigned), const std::st
   EXPECT_TRUE(result == 1 || (result == 0 && trial.Failed())) << result;
   EXPECT_EQ(stamp, result == 1 ? expected : "");
   if (trial.FailedIn("dlopen")) trial.Leaves({1, 0, 0}, "the record of a failed load");
+  if (!IsInTable()) return;
+  EXPECT_TRUE(trial.FailedIn("pthread_mutex_lock"));
+  void* const loaded = tivLoadLibrary(module.data(), nullptr);
+  EXPECT_EQ(tivFreeLibrary(loaded), TRUE);
+  EXPECT_EQ(tivFreeLibrary(loaded), TRUE);
+  EXPECT_FALSE(IsInTable());
 }
 
 ZEBCOMN_USE(PluginFailures, HexadecimalStamp, "tivmcomn_GetFileResourceVersionStamp") {
