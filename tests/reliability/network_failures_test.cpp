@@ -4,8 +4,6 @@
 #include <netinet/in.h>
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,14 +13,12 @@
 #include "tests/network/remote_peer.h"
 #include "tests/reliability/out_of_memory.h"
 #include "tests/reliability/sweep.h"
-#include "zebcomn/network/host_names.h"
 #include "zebcomn/network/netinterface.h"
 #include "zebcomn/network/netinterface_linux.h"
 #include "zebcomn/network/network_util.h"
 
 namespace {
 
-using zebcomn_test::FailedInConversion;
 using zebcomn_test::kErrorLeftAlone;
 using zebcomn_test::Listener;
 using zebcomn_test::PrivateHost;
@@ -343,62 +339,6 @@ ZEBCOMN_HOST_USE(LocalAddressFailures, LastPeerOfAList, PutOneLink,
     EXPECT_TRUE(result == EAI_MEMORY || result == -1 || result == 0) << result;
   }
   EXPECT_EQ(local, result == 0 ? "2001:db8:1111:2222:3333:0:0:9" : "as it was");
-  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
-}
-
-void PutNames(PrivateHost& host) {
-  host.PutFile("/etc/nsswitch.conf", "hosts: files\n");
-  host.PutFile("/etc/hosts", "192.0.2.7 alpha.long-name.example.net alpha\n");
-  host.SetNodeName("alpha");
-  host.SetNisDomain("nis.example.org");
-}
-
-void PutNamesWithoutDomain(PrivateHost& host) {
-  PutNames(host);
-  host.SetNisDomain("");
-}
-
-/// A host that cannot resolve its own name.
-void PutUnknownName(PrivateHost& host) {
-  PutNames(host);
-  host.SetNodeName("a-host-that-nobody-knows");
-}
-
-ZEBCOMN_HOST_USE(HostNameFailures, SystemDomain, PutNames, "getDomainName") {
-  std::wstring name = L"as it was";
-  trial.Call([&] { name = getDomainName(); });
-  const wchar_t* const expected =
-      trial.FailedIn("getdomainname") ? L"long-name.example.net" : L"nis.example.org";
-  EXPECT_EQ(name, FailedInConversion(trial) ? L"" : expected);
-  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
-}
-
-ZEBCOMN_HOST_USE(HostNameFailures, ResolversDomain, PutNamesWithoutDomain, "getDomainName") {
-  std::wstring name = L"as it was";
-  trial.Call([&] { name = getDomainName(); });
-  const bool unknown = trial.FailedIn("gethostname") || trial.FailedIn("gethostbyname_r");
-  const wchar_t* const expected = unknown ? L"N/A" : L"long-name.example.net";
-  EXPECT_EQ(name, FailedInConversion(trial) ? L"" : expected);
-  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
-}
-
-ZEBCOMN_HOST_USE(HostNameFailures, FullName, PutNames, "getFqdnAddress") {
-  std::wstring name = L"as it was";
-  trial.Call([&] { name = getFqdnAddress(); });
-  const wchar_t* expected = L"alpha.long-name.example.net";
-  if (trial.FailedIn("gethostname")) expected = L"N/A";
-  if (trial.FailedIn("gethostbyname_r")) expected = L"alpha.nis.example.org";
-  EXPECT_EQ(name, FailedInConversion(trial) ? L"" : expected);
-  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
-}
-
-ZEBCOMN_HOST_USE(HostNameFailures, FullNameThatIsPutTogether, PutUnknownName, "getFqdnAddress") {
-  std::wstring name = L"as it was";
-  trial.Call([&] { name = getFqdnAddress(); });
-  const wchar_t* expected = L"a-host-that-nobody-knows.nis.example.org";
-  if (trial.FailedIn("gethostname")) expected = L"N/A";
-  if (trial.FailedIn("getdomainname")) expected = L"a-host-that-nobody-knows";
-  EXPECT_EQ(name, FailedInConversion(trial) ? L"" : expected);
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
 
