@@ -20,7 +20,7 @@ import subprocess
 import sys
 import tempfile
 
-TEST_SECONDS = 300
+TEST_SECONDS = 120
 NOTICED_SHARE = 0.9
 
 # What is changed, and into what. `\\1` keeps what surrounds it.
