@@ -8,7 +8,7 @@
 
 namespace zebcomn_fuzz {
 
-constexpr const char* kFakeWorkingDirectory = "/work/here";
+constexpr const char* kFakeWorkingDirectory = "/base/here";
 
 /// A file system that exists only for the calls `lstat`, `readlink` and `getcwd`. It knows its
 /// entries by their whole paths and follows no links among the directories.

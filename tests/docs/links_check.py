@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Checks that every relative link of every Markdown file leads to a file and, with "#", to a heading.
+"""Checks that every relative link of every Markdown file leads to a file and, with "#", to a heading, and
+that links lead from the README to every Markdown file.
 
 usage: links_check.py PROJECT_FOLDER
 """
@@ -43,21 +44,38 @@ def fault_of(project, path, target):
     return None
 
 
+def reached_from(start, links):
+    """The files that links lead to, one after the other."""
+    reached, open_ends = set(), [start]
+    while open_ends:
+        path = open_ends.pop()
+        if path not in reached:
+            reached.add(path)
+            open_ends.extend(links.get(path, ()))
+    return reached
+
+
 def main():
     project = pathlib.Path(sys.argv[1]).resolve()
     checked, faults = 0, 0
+    links = {}
     for path in markdown.files(project):
+        links[path] = []
         for number, line in markdown.split(project, path)[1]:
             for match in LINK.finditer(CODE.sub("", line)):
                 target = match.group(1) or match.group(2)
                 if ELSEWHERE.match(target):
                     continue
                 checked += 1
+                links[path].append((path.parent / target.partition("#")[0]).resolve())
                 fault = fault_of(project, path, target)
                 if fault:
                     faults += 1
                     print(f"{path.relative_to(project)}:{number}: {fault}")
-    print(f"{checked} links, {faults} broken")
+    for path in links.keys() - reached_from(project / "README.md", links):
+        faults += 1
+        print(f"{path.relative_to(project)}: no link leads here from README.md")
+    print(f"{checked} links, {faults} faults")
     return 1 if faults or not checked else 0
 
 

@@ -92,7 +92,7 @@ TEST(ZebinfoPluginVersion, TellsWhyThereIsNone) {
       {dir / "pipe", "it is not a regular file\nGive the path of a plug-in module.\n"},
       {Module("version_no_entry_point"),
        "it exports no ZUPLUGIN_GetVersion\n"
-       "It is a shared object, but no plug-in of the agent.\n"},
+       "Give the path of a plug-in of the agent; this is another shared object.\n"},
       {Module("version_fails"),
        "its ZUPLUGIN_GetVersion reports a failure\nAsk the maker of the module.\n"},
       {Module("version_fails_negative"),

@@ -107,6 +107,16 @@ TEST(ZebinfoUsage, EachMistakeIsNamedWithAdvice) {
        "\"list\" is neither a property nor a command",
        "Did you mean \"--list\"? \"zebinfo --list\" lists the properties, \"zebinfo --help\" the "
        "commands."},
+      {{"help", "resolve"},
+       "\"help\" is no command",
+       "\"zebinfo resolve --help\" shows how it is used."},
+      {{"help", "time"}, "\"help\" is no command", "\"zebinfo time --help\" shows how it is used."},
+      {{"cpu"},
+       "\"cpu\" is the title of a group, not a property",
+       "Name its properties: CPUType CPUSpeed NumOfCPU CPUSerialNumber IsPortable."},
+      {{"OSType", "Memory"},
+       "\"Memory\" is the title of a group, not a property",
+       "Name its properties: TotalPhysicalMemory FreeMemory."},
       {{"guid", "time"},
        "\"time\" is one argument too many",
        "\"zebinfo guid --help\" shows how it is used."},
@@ -155,8 +165,9 @@ TEST(ZebinfoUsage, AControlCharacterInAWrongOptionIsNotPrinted) {
   EXPECT_THAT(Zebinfo({"--a\x1B[2J"}).err, HasSubstr("\"--a\\x1b[2J\"\n"));
 }
 
-TEST(ZebinfoUsage, APortBeyondTheHighestIsRefused) {
-  for (const char* const port : {"65536", "99999", "0065536", "100000000000000000000"}) {
+TEST(ZebinfoUsage, APortWithASignOrBeyondTheHighestIsRefused) {
+  for (const char* const port :
+       {"65536", "99999", "0065536", "100000000000000000000", "-1", "+80"}) {
     EXPECT_EQ(Everything(Zebinfo({"local-address", "127.0.0.1", port})),
               std::string("exit status 2\nzebinfo: \"") + port +
                   "\" is no port\nGive a number up to 65535, or the name of a service.\n");

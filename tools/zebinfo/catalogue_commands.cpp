@@ -1,3 +1,5 @@
+#include <strings.h>
+
 #include <algorithm>
 
 #include "tools/zebinfo/catalogue.h"
@@ -68,9 +70,21 @@ std::string LikelyMeaning(const std::string& word) {
   return Nearest(word, words);
 }
 
+// A title of the printed catalogue is easily taken for a name.
+void RefuseTitle(const std::string& word) {
+  for (const Group& group : Groups()) {
+    if (strcasecmp(group.title.c_str(), word.c_str()) != 0) continue;
+    std::string names;
+    for (const std::string& name : group.names) names += ' ' + name;
+    throw CommandError(kUsage, Quoted(word) + " is the title of a group, not a property",
+                       "Name its properties:" + names + '.');
+  }
+}
+
 void RequireKnown(const std::string& name) {
   const std::vector<std::string> names = PropertyNames();
   if (std::find(names.begin(), names.end(), name) != names.end()) return;
+  RefuseTitle(name);
   const std::string meaning = LikelyMeaning(name);
   throw CommandError(
       kUsage, Quoted(name) + " is neither a property nor a command",

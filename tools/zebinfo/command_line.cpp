@@ -95,6 +95,9 @@ class Parser {
   }
 
   ExitStatus Run(int argc, char** argv) {
+    if (given_ != nullptr && std::string(argv[1]) == "help") {
+      throw CommandError(kUsage, "\"help\" is no command", AdviceOn(given_));
+    }
     try {
       app_.parse(argc, argv);
     } catch (const CLI::CallForVersion&) {
@@ -147,10 +150,12 @@ class Parser {
 
   const Command* Taken() const { return app_.get_subcommands().empty() ? nullptr : given_; }
 
-  std::string UsageAdvice() const {
-    const std::string command = Taken() == nullptr ? "" : std::string(" ") + Taken()->name;
-    return "\"zebinfo" + command + " --help\" shows how it is used.";
+  static std::string AdviceOn(const Command* command) {
+    const std::string words = command == nullptr ? "" : std::string(" ") + command->name;
+    return "\"zebinfo" + words + " --help\" shows how it is used.";
   }
+
+  std::string UsageAdvice() const { return AdviceOn(Taken()); }
 
   [[noreturn]] void RefuseSurplus() const {
     const std::vector<std::string> words = app_.remaining(true);

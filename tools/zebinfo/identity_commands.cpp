@@ -144,7 +144,7 @@ void ShowPluginVersion(const std::string& file, Format format) {
   }
   if (!module.Exports(kVersionEntryPoint)) {
     NoStamp(file, std::string("it exports no ") + kVersionEntryPoint,
-            "It is a shared object, but no plug-in of the agent.");
+            "Give the path of a plug-in of the agent; this is another shared object.");
   }
   const std::string hexadecimal = Stamp(tivmcomn_GetFileResourceVersionStamp, path);
   const std::string dotted = Stamp(tivmcomn_GetFileResourceStringVersionStamp, path);

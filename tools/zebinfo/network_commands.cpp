@@ -92,8 +92,10 @@ class AddressTexts {
   std::vector<char*> texts_;
 };
 
-// Whether a port is a number beyond the highest: the resolver would take its low 16 bits.
-bool IsBeyondEveryPort(const std::string& port) {
+// Whether a port is a number with a sign, or beyond the highest: the resolver takes the one for the
+// name of a service, and the low 16 bits of the other.
+bool IsNoPort(const std::string& port) {
+  if (!port.empty() && (port[0] == '-' || port[0] == '+')) return true;
   if (port.find_first_not_of("0123456789") != std::string::npos) return false;
   const std::size_t begin = port.find_first_not_of('0');
   if (begin == std::string::npos) return false;
@@ -124,7 +126,7 @@ void ShowInterfaces(bool with_loopback, Format format) {
 
 void ShowLocalAddress(const std::string& peer, const std::string& port, bool ipv4_only,
                       Format format) {
-  if (IsBeyondEveryPort(port)) {
+  if (IsNoPort(port)) {
     throw CommandError(kUsage, Quoted(port) + " is no port",
                        "Give a number up to 65535, or the name of a service.");
   }
