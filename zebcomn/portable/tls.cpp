@@ -83,6 +83,8 @@ bool FreeTakenSlot(DWORD slot) {
   zebcomn::StoreRelaxed(&pTlsKeyTable[slot], static_cast<pthread_key_t*>(nullptr));
   zebcomn::StoreRelaxed(&nTlsOwnerTable[slot], 0);
   zebcomn::StoreRelaxed(&g_tls_slots[slot].stamp, 0U);
+  // The C library's deletion orders nothing before it; tivTlsSetValue() has the other half.
+  zebcomn::ReleaseFence();
   const bool deleted = pthread_key_delete(*cell) == 0;
   std::free(cell);
   return deleted;

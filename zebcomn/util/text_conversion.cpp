@@ -2,6 +2,7 @@
 
 #include <iconv.h>
 
+#include <cstddef>
 #include <cstring>
 #include <cwchar>
 #include <limits>
@@ -55,6 +56,8 @@ class Converter {
 // memory.
 template <typename Character>
 std::unique_ptr<Character[]> Allocate(std::size_t count) {
+  // A size that does not fit makes the nothrow form throw too: 512 MiB of text in 32 bits.
+  if (count > std::numeric_limits<std::ptrdiff_t>::max() / sizeof(Character)) return nullptr;
   std::unique_ptr<Character[]> buffer(new (std::nothrow) Character[count]);
   if (buffer != nullptr) buffer[0] = Character();
   return buffer;

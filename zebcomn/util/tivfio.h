@@ -55,7 +55,7 @@ ZEBCOMN_EXPORT uint32_t tiCreateFile(const char* path, int access, unsigned int 
 /// \param[out] buf Receives the bytes.
 /// \param[in] count Capacity of `buf` in bytes.
 /// \param[out] done  Receives the number of bytes read; untouched when the read itself fails.
-/// \return A read of 0 bytes, which is the end of the file, is a failure too.
+/// \return 0 or 0x80000008. A read of 0 bytes, which is the end of the file, is a failure too.
 ZEBCOMN_EXPORT uint32_t tiReadFile(TiFile* file, void* buf, unsigned int count, unsigned int* done);
 
 /// Writes once, up to `count` bytes.
