@@ -1,7 +1,6 @@
-# shellcheck shell=bash
 # What run and test share. Sourced, not run.
 
-cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 say() { printf '==> %s\n' "$*"; }
 

@@ -133,6 +133,16 @@ TEST(CalculateSubNetAddrForV6, GroupsReadAsThirtyTwoBitNumbersOnEveryTarget) {
       {"zz", "0"},
       {"12zz", "12"},
       {"0x1F", "1f"},
+      {"0XfG", "f"},
+      {"0x", "0"},
+      {"-0x10", "fffffff0"},
+      {"+5", "5"},
+      {"+-5", "0"},
+      {"-", "0"},
+      {" ", "0"},
+      {"\t\n\v\f\r 2A ", "2a"},
+      {"00000000000000000001", "1"},
+
       {" 2a", "2a"},
       {"10.1.2.3", "10"},
       {"12345678", "12345678"},
@@ -150,6 +160,7 @@ TEST(CalculateSubNetAddrForV6, GroupsReadAsThirtyTwoBitNumbersOnEveryTarget) {
   for (const TextCase& each : cases) {
     EXPECT_EQ(calculateSubNetAddrForV6(each.input, "ffffffff"), each.expected) << each.input;
   }
+  EXPECT_EQ(calculateSubNetAddrForV6(std::string("1\0002", 3), "ffffffff"), "1") << "a NUL ends it";
 }
 
 // Found by fuzzing: a group of 64 bits or nearly so wrapped into the 32 bits when it had a sign.

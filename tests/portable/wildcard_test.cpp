@@ -148,6 +148,35 @@ TEST(WildCardMatch, AgreesWithTheRecursionOnRandomTexts) {
   }
 }
 
+// Long enough for the search that short texts do without.
+TEST(WildCardMatch, AgreesWithTheRecursionOnLongTexts) {
+  std::mt19937 random(21);
+  int matches = 0;
+  for (int round = 0; round < 2000; ++round) {
+    std::string name(300 + random() % 100, ' ');
+    for (char& c : name) c = "ab"[random() % 2];
+    const size_t length = 20 + random() % 40;
+    const size_t place = random() % (name.size() - length);
+    const std::string segment = name.substr(place, length);
+    // What follows the segment must be looked for right behind the first place of it, neither
+    // within it nor farther on.
+    const std::string next = name.substr(place + length - random() % 2, 4);
+    for (const std::string& pattern :
+         {"*" + segment, "*" + segment + "c", "*" + segment + "*" + next + "*c",
+          "*" + segment + "*" + segment, "*" + segment.substr(0, 10) + "?" + segment.substr(11)}) {
+      const int32_t expected = RecursiveMatch(pattern.c_str(), name.c_str());
+      ASSERT_EQ(tivWildCardMatch(pattern.c_str(), name.c_str()), expected)
+          << pattern << " on " << name;
+      matches += expected == 0 ? 1 : 0;
+    }
+    ASSERT_EQ(tivWildCardMatch(("*" + segment + "*c").c_str(),
+                               (name.substr(0, place + length) + "c").c_str()),
+              0);
+  }
+  EXPECT_GT(matches, 4000);
+  EXPECT_LT(matches, 9000);
+}
+
 TEST(WildCardMatch, LongSegmentThatNearlyFitsEverywhereEndsSoon) {
   const std::string name(1000000, 'a');
   const std::string pattern = "*" + std::string(500000, 'a') + "b";

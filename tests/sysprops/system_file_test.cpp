@@ -149,6 +149,52 @@ TEST(SystemFile, LongLineIsSeenWhereverItStandsInABlock) {
   }
 }
 
+TEST(SystemFile, LinesThatEndAroundTheEdgeOfABlockAreWhole) {
+  constexpr std::size_t kEdge = 32 * 1024;
+  const ScratchDir dir;
+  for (std::size_t edge : {kEdge, 2 * kEdge, 3 * kEdge}) {
+    for (std::size_t before = edge - 12; before <= edge + 2; ++before) {
+      std::string text;
+      while (text.size() < before)
+        text += std::string(std::min<std::size_t>(before - text.size(), 1500) - 1, 'x') + "\n";
+      for (const std::string tail : {"key:v", "key:v\n", "key:v\nkey:MHz", "key:v\n\nMHz:2:3\n"}) {
+        EXPECT_EQ(Blockwise(dir.Write("f", text + tail)), LineByLine(text + tail))
+            << before << " " << tail;
+      }
+    }
+  }
+}
+
+TEST(SystemFile, InterruptedReadIsMadeAgain) {
+  const ScratchDir dir;
+  const std::string text = "key:1\n" + std::string(1000, 'x') + "\nMHz:2\n";
+  const std::string path = dir.Write("f", text);
+  for (const int nth : {1, 2}) {
+    const zebcomn_test::FailingCall interrupted("read", nth, EINTR);
+    EXPECT_EQ(Blockwise(path), LineByLine(text)) << nth;
+    EXPECT_TRUE(interrupted.Happened()) << nth;
+  }
+  const zebcomn_test::FailingCall interrupted("read", 1, EINTR);
+  EXPECT_EQ(zebcomn::ReadSystemFile(path.c_str()), text);
+  EXPECT_TRUE(interrupted.Happened());
+}
+
+TEST(SystemFile, ReadThatFailsInALaterBlockLosesNoWholeLine) {
+  constexpr int kLines = 5000;
+  const ScratchDir dir;
+  std::string text;
+  for (int line = 1; line <= kLines; ++line) text += "key:" + std::to_string(line) + "\n";
+  ASSERT_GT(text.size(), 32u * 1024u);
+  ASSERT_LT(text.size(), 60u * 1024u);
+  const std::string path = dir.Write("f", text + "key:cut");
+  // A block, the rest, and the end of the file.
+  const zebcomn_test::FailingCall failing("read", 3);
+  const Found found = Blockwise(path);
+  EXPECT_TRUE(failing.Happened());
+  EXPECT_EQ(found.count, std::size_t{kLines});
+  EXPECT_EQ(found.first, std::to_string(kLines));
+}
+
 TEST(SystemFile, MissingUnreadableAndEndlessFilesEndQuietly) {
   const ScratchDir dir;
   const int open_before = zebcomn_test::OpenDescriptorCount();

@@ -50,7 +50,7 @@ class FileCopyTest : public ::testing::Test {
 
 TEST_F(FileCopyTest, CopiesEverySizeAroundABlockAndAStreamBuffer) {
   for (const size_t size : {0u, 1u, 511u, 512u, 513u, 1023u, 1024u, 1025u, 262143u, 262144u,
-                            262145u, 262656u, 300000u}) {
+                            262145u, 262656u, 300000u, 524287u, 524288u, 524289u}) {
     const std::string source = scratch_.Write("source", Content(size));
     EXPECT_EQ(Copy(source, scratch_ / "copy"), TRUE) << size;
     EXPECT_TRUE(ReadFile(scratch_ / "copy") == Content(size)) << size;
