@@ -112,9 +112,6 @@ ERROR_CALL(pthread_cond_timedwait, (void* cond, void* mutex, const void* deadlin
            (cond, mutex, deadline), EINVAL, EPERM, ETIMEDOUT)
 ERROR_CALL(__pthread_cond_timedwait64, (void* cond, void* mutex, const void* deadline),
            (cond, mutex, deadline), EINVAL, EPERM, ETIMEDOUT)
-ERROR_CALL(pthread_create,
-           (void* thread, const void* attributes, void* (*routine)(void*), void* argument),
-           (thread, attributes, routine, argument), EAGAIN, EPERM)
 ERROR_CALL(pthread_key_create, (void* key, void (*destructor)(void*)), (key, destructor), EAGAIN,
            ENOMEM)
 ERROR_CALL(pthread_key_delete, (unsigned key), (key), EINVAL)
@@ -124,6 +121,21 @@ ERROR_CALL(pthread_mutex_init, (void* mutex, const void* attributes), (mutex, at
 ERROR_CALL(pthread_sigmask, (int how, const void* set, void* previous), (how, set, previous),
            EINVAL)
 ERROR_CALL(sigwait, (const void* set, int* signal), (set, signal), EINVAL)
+
+void __lsan_disable() __attribute__((weak));
+void __lsan_enable() __attribute__((weak));
+
+// clang's leak checker takes the new thread's own storage for lost, since the loader gets it
+// through the wrapper of calloc().
+int pthread_create(void* thread, const void* attributes, void* (*routine)(void*), void* argument) {
+  NEXT(pthread_create);
+  if (const int error = DUE(pthread_create, EAGAIN, EPERM)) return error;
+  const InsideCall inside;
+  if (__lsan_disable != nullptr) __lsan_disable();
+  const int result = next(thread, attributes, routine, argument);
+  if (__lsan_enable != nullptr) __lsan_enable();
+  return result;
+}
 
 int pthread_mutex_lock(void* mutex) {
   NEXT(pthread_mutex_lock);
