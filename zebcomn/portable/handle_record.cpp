@@ -1,7 +1,7 @@
+// The layout of the handle record, held at compile time.
 #include <cstddef>
-#include <cstdlib>
 
-#include "zebcomn/portable/handle_internal.h"
+#include "zebcomn/portable/handle.h"
 
 namespace zebcomn {
 
@@ -27,29 +27,5 @@ static_assert(sizeof(pthread_mutex_t) == 24 && offsetof(Record, nType) == 4 &&
 #endif
 
 }  // namespace
-
-_tivHandleObject_t* AllocateRecord() {
-  return static_cast<_tivHandleObject_t*>(std::malloc(sizeof(_tivHandleObject_t)));
-}
-
-bool InitRecordLocks(_tivHandleObject_t* record) {
-  if (pthread_cond_init(&record->cond, nullptr) != 0) return false;
-  if (pthread_mutex_init(&record->mutex, nullptr) == 0) return true;
-  pthread_cond_destroy(&record->cond);
-  return false;
-}
-
-void DestroyRecordLocks(_tivHandleObject_t* record) {
-  pthread_cond_destroy(&record->cond);
-  pthread_mutex_destroy(&record->mutex);
-}
-
-// Kept: the condition, the mutex and an ownership lock are not destroyed, and an owned lock is not
-// unlocked: closing the handle of an owned mutex is no error.
-void FreeRecord(_tivHandleObject_t* record) {
-  // An event has none, and a call for nothing shows.
-  if (record->pObject != nullptr) std::free(record->pObject);
-  std::free(record);
-}
 
 }  // namespace zebcomn
