@@ -1,6 +1,7 @@
+# shellcheck shell=bash
 # What run and test share. Sourced, not run.
 
-cd "$(dirname "${BASH_SOURCE[0]}")/.."
+cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
 
 say() { printf '==> %s\n' "$*"; }
 

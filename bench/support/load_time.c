@@ -1,5 +1,5 @@
-/* Prints how many nanoseconds dlopen() of the library named takes, its constants built. Compiled as C
- * and as C++: in the latter the C++ library is loaded already. */
+/* Prints how many nanoseconds dlopen() of the library named takes, its constants built. Compiled as
+ * C and as C++: in the latter the C++ library is loaded already. */
 #include <dlfcn.h>
 #include <stdio.h>
 #include <time.h>
