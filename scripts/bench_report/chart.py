@@ -4,8 +4,8 @@ from xml.sax.saxutils import escape
 
 import verdicts
 
-WIDTH = 900
-LABEL_WIDTH = 330
+WIDTH = 960
+LABEL_WIDTH = 390
 RIGHT_MARGIN = 70
 ROW_HEIGHT = 20
 HEAD_HEIGHT = 74
@@ -59,11 +59,12 @@ def _kind(row):
 def _bar(row, y, scale, floor_goal):
     ratio = row.ratios["floor"]
     left, right = sorted((scale.x(1.0), scale.x(ratio)))
+    figure = max(right, scale.x(floor_goal or 1.0)) + 6
     parts = [
         _text(LABEL_WIDTH - 8, y + 14, row.title, anchor="end"),
         f'<rect class="{_kind(row)}" x="{left:.1f}" y="{y + 4}" '
         f'width="{max(right - left, 1.5):.1f}" height="12"/>',
-        _text(max(right, scale.x(1.0)) + 6, y + 14, verdicts.ratio_text(ratio), "quiet")]
+        _text(figure, y + 14, verdicts.ratio_text(ratio), "quiet")]
     if floor_goal:
         goal = scale.x(floor_goal)
         parts.append(_line(goal, y + 2, goal, y + 18, "goal"))
