@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# What run and test share. Sourced, not run.
+# What the scripts share. Sourced, not run.
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
 
