@@ -40,7 +40,7 @@ struct Course {
 thread_local Course t_course;
 
 std::atomic<unsigned> g_steps{0};
-std::atomic<unsigned long long> g_seed{0};
+std::atomic<unsigned> g_seed{0};
 std::array<char, 160> g_report{};
 
 // Numbers that are far apart for neighbouring seeds.
@@ -87,14 +87,15 @@ ZEBCOMN_UNSANITIZED void TakeStep(Call call, bool before, void* object) {
   }
 }
 
-unsigned long long NumberFrom(const char* variable, unsigned long long otherwise) {
+unsigned NumberFrom(const char* variable, unsigned otherwise) {
   const char* text = std::getenv(variable);
-  return text == nullptr || *text == '\0' ? otherwise : std::strtoull(text, nullptr, 10);
+  return text == nullptr || *text == '\0' ? otherwise
+                                          : static_cast<unsigned>(std::strtoul(text, nullptr, 10));
 }
 
 const char* Report() {
   std::snprintf(g_report.data(), g_report.size(),
-                "\nthe schedule of seed %llu failed; repeat it with ZEBCOMN_SCHEDULE_SEED=%llu "
+                "\nthe schedule of seed %u failed; repeat it with ZEBCOMN_SCHEDULE_SEED=%u "
                 "ZEBCOMN_SCHEDULES=1\n",
                 g_seed.load(), g_seed.load());
   return g_report.data();

@@ -39,7 +39,7 @@ class Schedules {
  private:
   void ReportFailure() const;
 
-  unsigned long long seed_;
+  unsigned seed_;
   int left_;
   bool begun_ = false;
 };
