@@ -2,6 +2,7 @@
 #define ZEBCOMN_TESTS_SUPPORT_COMMAND_H_
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -27,6 +28,11 @@ CommandResult RunTargetCommand(
 
 /// The words that start a program of the target on this machine; empty for a native build.
 std::vector<std::string> EmulatorWords();
+
+/// Whether this build's programs run under an emulator, and not only through their own loader.
+constexpr bool IsEmulated() {
+  return std::string_view(ZEBCOMN_EMULATOR).find("qemu") != std::string_view::npos;
+}
 
 }  // namespace zebcomn_test
 

@@ -1,6 +1,8 @@
 #ifndef ZEBCOMN_TESTS_SUPPORT_ROUNDS_H_
 #define ZEBCOMN_TESTS_SUPPORT_ROUNDS_H_
 
+#include "tests/support/command.h"
+
 namespace zebcomn_test {
 
 /// How often a random or loaded test goes round, where it would go round `natively` times on this
@@ -9,7 +11,7 @@ constexpr int Rounds(int natively) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(ZEBCOMN_UNDER_VALGRIND)
   return natively / 8;
 #else
-  return sizeof(ZEBCOMN_EMULATOR) > 1 ? natively / 8 : natively;
+  return IsEmulated() ? natively / 8 : natively;
 #endif
 }
 

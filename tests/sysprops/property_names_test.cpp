@@ -5,18 +5,16 @@
 
 #include <string>
 
+#include "tests/support/named_text.h"
+
 namespace sysprops = quenty_com::pelu::sysprops;
 
 namespace {
 
-template <typename Text>
-struct Named {
-  const char* name;
-  const Text* constant;
-  Text expected;
-};
+using zebcomn_test::ExpectTexts;
+using zebcomn_test::NamedText;
 
-const Named<std::wstring> kWideTexts[] = {
+const NamedText<std::wstring> kWideTexts[] = {
     {"SystemInfo_Key", &sysprops::SystemInfo_Key, L"SystemInfo"},
     {"PlatformId_Key", &sysprops::PlatformId_Key, L"PlatformID"},
     {"ComputerName_Key", &sysprops::ComputerName_Key, L"ComputerName"},
@@ -81,7 +79,7 @@ const Named<std::wstring> kWideTexts[] = {
     {"os_platform_ini", &sysprops::os_platform_ini, L"/etc/pelu.d/osinfo.ini"},
 };
 
-const Named<std::string> kNarrowTexts[] = {
+const NamedText<std::string> kNarrowTexts[] = {
     {"redhat_release_file", &sysprops::redhat_release_file, "/etc/redhat-release"},
     {"ubuntu_release_file", &sysprops::ubuntu_release_file, "/etc/lsb-release"},
     {"suse_release_file", &sysprops::suse_release_file, "/etc/SuSE-release"},
@@ -89,11 +87,11 @@ const Named<std::string> kNarrowTexts[] = {
 };
 
 TEST(PropertyNames, EveryWideConstantHasItsText) {
-  for (const auto& row : kWideTexts) EXPECT_EQ(*row.constant, row.expected) << row.name;
+  ExpectTexts(kWideTexts);
 }
 
 TEST(PropertyNames, EveryNarrowConstantHasItsText) {
-  for (const auto& row : kNarrowTexts) EXPECT_EQ(*row.constant, row.expected) << row.name;
+  ExpectTexts(kNarrowTexts);
 }
 
 TEST(PropertyNames, ConstantNamedWorkstationHoldsLinux) {

@@ -5,18 +5,16 @@
 
 #include <string>
 
+#include "tests/support/named_text.h"
+
 namespace pelu = quenty_com::pelu;
 
 namespace {
 
-template <typename Text>
-struct Named {
-  const char* name;
-  const Text* constant;
-  Text expected;
-};
+using zebcomn_test::ExpectTexts;
+using zebcomn_test::NamedText;
 
-const Named<std::wstring> kWideNames[] = {
+const NamedText<std::wstring> kWideNames[] = {
     {"section_general", &pelu::section_general, L"General"},
     {"section_network", &pelu::section_network, L"Network"},
     {"section_listenserver", &pelu::section_listenserver, L"AgentListenServer"},
@@ -108,7 +106,7 @@ const Named<std::wstring> kWideNames[] = {
     {"props_key_refresh_interval", &pelu::props_key_refresh_interval, L"PropsRefreshInterval"},
 };
 
-const Named<std::string> kNarrowNames[] = {
+const NamedText<std::string> kNarrowNames[] = {
     {"TaskNameKey", &pelu::TaskNameKey, "DisplayName"},
     {"PlatformsKey", &pelu::PlatformsKey, "Platforms"},
     {"TaskGuidKey", &pelu::TaskGuidKey, "TaskID"},
@@ -160,11 +158,11 @@ const Named<std::string> kNarrowNames[] = {
 };
 
 TEST(DataConstants, EveryWideNameHasItsText) {
-  for (const auto& row : kWideNames) EXPECT_EQ(*row.constant, row.expected) << row.name;
+  ExpectTexts(kWideNames);
 }
 
 TEST(DataConstants, EveryNarrowNameHasItsText) {
-  for (const auto& row : kNarrowNames) EXPECT_EQ(*row.constant, row.expected) << row.name;
+  ExpectTexts(kNarrowNames);
 }
 
 TEST(DataConstants, RepeatedTextsAreSeparateObjects) {
