@@ -92,11 +92,16 @@ TEST(Tls, EachSlotKeepsItsOwnValue) {
 TEST(Tls, LowSlotIsReadWithoutTheCLibrary) {
   const Slots slots(kManySlots);
   for (const DWORD slot : slots) tivTlsSetValue(slot, ValueFor(slot));
-  const zebcomn_test::CallWatch watch;
-  EXPECT_EQ(tivTlsGetValue(0), ValueFor(0));
-  EXPECT_EQ(watch.Count(zebcomn_test::Call::kGetspecific), 0);
-  EXPECT_EQ(tivTlsGetValue(kManySlots - 1), ValueFor(kManySlots - 1));
-  EXPECT_EQ(watch.Count(zebcomn_test::Call::kGetspecific), 1);
+  // Looked at right beside the calls: a sanitizer that does something of its own asks, too.
+  const auto calls_of_get = [](DWORD slot) {
+    const zebcomn_test::CallWatch watch;
+    const void* value = tivTlsGetValue(slot);
+    const int calls = watch.Count(zebcomn_test::Call::kGetspecific);
+    EXPECT_EQ(value, ValueFor(slot));
+    return calls;
+  };
+  EXPECT_EQ(calls_of_get(0), 0);
+  EXPECT_EQ(calls_of_get(kManySlots - 1), 1);
 }
 
 TEST(Tls, EachThreadHasItsOwnValue) {
