@@ -205,7 +205,7 @@ TEST_F(Soak, LockPairsOnEightThreads) {
         for (int pair = 0; pair < pairs; ++pair) {
           const BOOL writes = pair % 4 == 0 ? TRUE : FALSE;
           EXPECT_EQ(tiSO_SELock(lock, writes, TRUE), 1);
-          exclusive += writes;
+          if (writes == TRUE) ++exclusive;
           tiSO_SELockRelease(lock);
         }
         tiSO_ThreadDetach();
