@@ -12,4 +12,4 @@ set(ZEBCOMN_TEST_LAUNCHER "${ZEBCOMN_VALGRIND_PROGRAM}" --quiet --error-exitcode
   # The allocation functions that a test defines stay the test's: they fail some calls.
   --soname-synonyms=somalloc=nouserintercepts
   CACHE INTERNAL "")
-set(ZEBCOMN_TEST_TIME_FACTOR 4 CACHE INTERNAL "")
+set(ZEBCOMN_TEST_TIME_FACTOR 12 CACHE INTERNAL "")

@@ -4,9 +4,8 @@
 // Flat means, for each of the nine later readings against the first one:
 //   - no descriptor more;
 //   - bytes in use in the heap, as the C library counts them: kHeapSlack more, for the small blocks
-//     that it keeps at hand. Where the load has threads, kThreadHeap more: it also keeps the stacks
-//     of some threads that have ended, with a block for each, and how many depends on how their
-//     ends overlap. A block lost in each cycle is more than that in the short form already;
+//     that it keeps at hand, and for those of threads that have ended and whose stacks it keeps. A
+//     block lost in each cycle is more than that in the short form already;
 //   - resident memory: kResidentSlack KiB more, a few pages of the same.
 // A thread whose handle is signalled may still be on its way out, so a reading is repeated for a
 // while until it is flat.
@@ -44,8 +43,7 @@ using zebcomn_test::NewThread;
 using zebcomn_test::WaitForEver;
 
 constexpr int kParts = 10;
-constexpr size_t kHeapSlack = 2048;
-constexpr size_t kThreadHeap = 4096;
+constexpr size_t kHeapSlack = 4096;
 constexpr long kResidentSlack = 128;
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(ZEBCOMN_UNDER_VALGRIND)
@@ -72,17 +70,17 @@ bool ResidentIsOurs() {
   return !kUnderChecker && zebcomn_test::EmulatorWords().empty();
 }
 
-bool IsFlat(const Usage& now, const Usage& first, size_t heap_slack) {
-  return now.descriptors <= first.descriptors && now.heap <= first.heap + heap_slack &&
+bool IsFlat(const Usage& now, const Usage& first) {
+  return now.descriptors <= first.descriptors && now.heap <= first.heap + kHeapSlack &&
          (!ResidentIsOurs() || now.resident <= first.resident + kResidentSlack);
 }
 
 // The usage when everything that is on its way out is gone.
-Usage SettledUsage(const Usage& first, size_t heap_slack) {
+Usage SettledUsage(const Usage& first) {
   constexpr int kLooks = 500;
   constexpr timespec kPause{0, 2'000'000};
   Usage usage = ReadUsage();
-  for (int look = 0; look < kLooks && !IsFlat(usage, first, heap_slack); ++look) {
+  for (int look = 0; look < kLooks && !IsFlat(usage, first); ++look) {
     nanosleep(&kPause, nullptr);
     usage = ReadUsage();
   }
@@ -97,14 +95,14 @@ class Soak : public ::testing::Test {
   // `times` in the full form, the hundredth part otherwise; never so few that the C library is
   // still filling its stores of small blocks after the first tenth.
   static int Scaled(int times) {
-    constexpr int kLeast = 100;
+    constexpr int kLeast = 200;
     const char* form = std::getenv("ZEBCOMN_SOAK");
     return form != nullptr && std::string(form) == "full" ? times : std::max(times / 100, kLeast);
   }
 
   // Does a load of `times` in ten parts: `part` does the number that it is given.
   template <typename Part>
-  void Load(int times, size_t heap_slack, const Part& part) {
+  void Load(int times, const Part& part) {
     std::array<Usage, kParts> usage{};
     for (size_t i = 0; i < kParts; ++i) {
       part(Scaled(times) / kParts);
@@ -114,13 +112,13 @@ class Soak : public ::testing::Test {
         nanosleep(&pause, nullptr);
         usage[i] = ReadUsage();
       } else {
-        usage[i] = SettledUsage(usage[0], heap_slack);
+        usage[i] = SettledUsage(usage[0]);
       }
     }
     Report(Scaled(times), usage);
     for (const Usage& later : usage) {
       EXPECT_LE(later.descriptors, usage[0].descriptors);
-      EXPECT_LE(later.heap, usage[0].heap + heap_slack);
+      EXPECT_LE(later.heap, usage[0].heap + kHeapSlack);
       if (ResidentIsOurs()) {
         EXPECT_LE(later.resident, usage[0].resident + kResidentSlack);
       }
@@ -144,7 +142,7 @@ class Soak : public ::testing::Test {
 };
 
 TEST_F(Soak, EventCycles) {
-  Load(1'000'000, kHeapSlack, [](int times) {
+  Load(1'000'000, [](int times) {
     for (int i = 0; i < times; ++i) {
       HANDLE event = NewEvent();
       EXPECT_EQ(tivSetEvent(event), TRUE);
@@ -161,7 +159,7 @@ DWORD EndAtOnce(void*) {
 }
 
 TEST_F(Soak, ThreadsInSequence) {
-  Load(100'000, kThreadHeap, [](int times) {
+  Load(100'000, [](int times) {
     for (int i = 0; i < times; ++i) {
       HANDLE thread = NewThread(EndAtOnce, nullptr);
       ASSERT_NE(thread, nullptr);
@@ -172,7 +170,7 @@ TEST_F(Soak, ThreadsInSequence) {
 }
 
 TEST_F(Soak, SixtyFourThreadsAtOnce) {
-  Load(2'000, kThreadHeap, [](int times) {
+  Load(2'000, [](int times) {
     for (int i = 0; i < times; ++i) {
       // All of them wait for one event, so all of them are there when it is set.
       HANDLE gate = NewEvent();
@@ -197,7 +195,7 @@ TEST_F(Soak, LockPairsOnEightThreads) {
   tiSO_SELock_t* lock = nullptr;
   ASSERT_EQ(tiSO_SELockCreate(&lock), ZEBCOMN_STATUS_OK);
   int exclusive = 0;  // Guarded by the lock.
-  Load(1'000'000, kThreadHeap, [lock, &exclusive](int times) {
+  Load(1'000'000, [lock, &exclusive](int times) {
     std::vector<std::thread> threads;
     for (int thread = 0; thread < kThreads; ++thread) {
       threads.emplace_back([lock, &exclusive, pairs = times / kThreads] {
@@ -223,7 +221,7 @@ TEST_F(Soak, LoadsAndFrees) {
   const zebcomn_test::ScratchDir scratch;
   const std::string path = scratch / "module.so";
   std::filesystem::copy_file(ZEBCOMN_PLAIN_MODULE, path);
-  Load(10'000, kHeapSlack, [&path](int times) {
+  Load(10'000, [&path](int times) {
     for (int i = 0; i < times; ++i) {
       void* module = tivLoadLibrary(path.c_str(), nullptr);
       ASSERT_NE(module, nullptr);
@@ -234,7 +232,7 @@ TEST_F(Soak, LoadsAndFrees) {
 }
 
 TEST_F(Soak, FullCatalogues) {
-  Load(1'000, kHeapSlack, [](int times) {
+  Load(1'000, [](int times) {
     for (int i = 0; i < times; ++i) {
       quenty_com::pelu::sysprops::ISysProps properties;
       std::map<std::wstring, std::wstring> catalogue;
