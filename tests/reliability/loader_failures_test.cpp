@@ -106,6 +106,26 @@ ZEBCOMN_USE(LoaderFailures, LoadByAWideName, "tivLoadLibraryW") {
   EXPECT_EQ(tivFreeLibrary(module), TRUE);
 }
 
+ZEBCOMN_USE(LoaderFailures, LoadOfAnAbsentFileByAWideName, "tivLoadLibraryW") {
+  const LoaderText none;
+  const ExpectedLeak record_of_a_failed_load;
+  const wchar_t* message = nullptr;
+  trial.Call([&] { EXPECT_EQ(tivLoadLibraryW(L"/nowhere/absent.so", &message), nullptr); });
+  ExpectLoadErrorSlot(trial);
+  EXPECT_EQ(EntriesInUse(), 0);
+  const std::wstring text = message;
+  if (text == L"locked" || text == L"out of memory") {
+    EXPECT_TRUE(trial.Failed());
+    return;
+  }
+  trial.Leaves({1, 0, 0}, "the record of a failed load");
+  if (text.empty()) {
+    EXPECT_TRUE(trial.Failed()) << "a text that cannot be widened is left out";
+  } else {
+    EXPECT_NE(text.find(L"/nowhere/absent.so"), std::wstring::npos);
+  }
+}
+
 ZEBCOMN_USE(LoaderFailures, Free, "tivFreeLibrary") {
   const LoaderText none;
   void* module = tivLoadLibrary(kModule, nullptr);

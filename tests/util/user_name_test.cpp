@@ -79,6 +79,10 @@ TEST_F(UserNameTest, LongEntryIsRead) {
   EXPECT_EQ(NameIn("chief:x:0:0:" + std::string(20000, 'g') + ":/root:\n", 100), "0 chief");
 }
 
+TEST_F(UserNameTest, EntryOfMoreThanAMebibyteFails) {
+  EXPECT_EQ(NameIn("chief:x:0:0:" + std::string(1048576, 'g') + ":/root:\n", 100), Untouched());
+}
+
 TEST(UserName, NullBufferFails) {
   zebcomn_test::ClearErrorSlot();
   EXPECT_EQ(tivmcomn_get_user_name(nullptr, 100), kFailure);

@@ -141,7 +141,7 @@ std::string convertV6AddrToLiteralFormat(std::string address) try {
   return {};
 }
 
-std::string convertLiteralFormatToV6Addr(std::string literal) try {
+std::string convertLiteralFormatToV6Addr(std::string literal) {
   zebcomn::TakeBracketsOff(literal);
   const size_t suffix = literal.find(kLiteralSuffix);
   if (suffix == std::string::npos) return literal;
@@ -150,8 +150,6 @@ std::string convertLiteralFormatToV6Addr(std::string literal) try {
   const size_t scope = literal.find('s');
   if (scope != std::string::npos) literal.erase(scope);
   return literal;
-} catch (const std::bad_alloc&) {
-  return {};
 }
 
 std::string::size_type findNthOccuranceOf(const std::string& text, const std::string& pattern,
