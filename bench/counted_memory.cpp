@@ -56,10 +56,6 @@ void free(void* memory) noexcept {
 
 namespace zebcomn_bench {
 
-std::size_t HeldBytes() {
-  return g_held;
-}
-
 PeakMemory::PeakMemory() : before_(g_held) {
   g_peak = g_held;
 }

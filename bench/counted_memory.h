@@ -5,11 +5,8 @@
 
 namespace zebcomn_bench {
 
-/// The bytes on the heap now, as the allocator rounds them up.
-std::size_t HeldBytes();
-
-/// The most bytes that were on the heap at once since this object was made, beyond those that were
-/// there then. One thread, one object at a time.
+/// The most bytes, as the allocator rounds them up, that were on the heap at once since this object
+/// was made, beyond those that were there then. One thread, one object at a time.
 class PeakMemory {
  public:
   PeakMemory();

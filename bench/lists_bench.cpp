@@ -42,7 +42,16 @@ class SeLock {
   tiSO_SELock_t* lock_ = nullptr;
 };
 
-/// Each exchange is made under one mutex of the process, as described.
+/// An interlocked exchange: under one mutex of the process, as described.
+int32_t Exchange(int32_t& word, int32_t next) {
+  static pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+  pthread_mutex_lock(&mutex);
+  const int32_t previous = word;
+  word = next;
+  pthread_mutex_unlock(&mutex);
+  return previous;
+}
+
 class FourExchanges {
  public:
   using ForThread = bench::NoPreparation;
@@ -52,19 +61,32 @@ class FourExchanges {
   void EndShared() { Twice(); }
 
  private:
-  int32_t Exchange(int32_t next) {
-    pthread_mutex_lock(&mutex_);
-    const int32_t previous = word_;
-    word_ = next;
-    pthread_mutex_unlock(&mutex_);
-    return previous;
-  }
   void Twice() {
-    benchmark::DoNotOptimize(Exchange(1));
-    benchmark::DoNotOptimize(Exchange(0));
+    benchmark::DoNotOptimize(Exchange(word_, 1));
+    benchmark::DoNotOptimize(Exchange(word_, 0));
   }
-  static inline pthread_mutex_t mutex_ = PTHREAD_MUTEX_INITIALIZER;
   int32_t word_ = 0;
+};
+
+/// The same exchanges, but each take of the spin word is repeated until the word was free, as
+/// described: with several threads four exchanges are not enough. Nobody is kept out.
+class SpinWord {
+ public:
+  using ForThread = bench::NoPreparation;
+  void Exclusive() { Twice(); }
+  void EndExclusive() { Twice(); }
+  void Shared() { Twice(); }
+  void EndShared() { Twice(); }
+
+ private:
+  void Twice() {
+    while (Exchange(word_, 1) != 0) {
+    }
+    benchmark::DoNotOptimize(++count_);
+    benchmark::DoNotOptimize(Exchange(word_, 0));
+  }
+  int32_t word_ = 0;
+  int32_t count_ = 0;
 };
 
 class RwLock {
@@ -153,6 +175,7 @@ bool RegisterAll() {
   using bench::Register;
   bench::RegisterLock<SeLock>(kOurs);
   bench::RegisterLock<FourExchanges>(kFloor);
+  bench::RegisterLock<SpinWord>("spin_word");
   bench::RegisterLock<RwLock>("pthread");
   Register("list_push_pop", kOurs, bench::PushPop<List>);
   Register("list_push_pop", kFloor, bench::PushPop<BareList>);

@@ -1,5 +1,5 @@
 // The catalogue of system properties beside the calls that it cannot do without: on this machine as
-// it is, and with the "/proc/cpuinfo" of many processors, which only root can bind.
+// it is, and with made-up system files, which only root can bind.
 #include "bench/sysprops_bench.h"
 
 #include "bench/support/catalogue_floor.h"
@@ -37,7 +37,7 @@ void Catalogue_Floor(benchmark::State& state) {
 BENCHMARK(Catalogue_Floor)->Name("full_catalogue/floor");
 
 void ManyProcessors_Zebcomn(benchmark::State& state) {
-  MeasureWithProcessors(state, CollectAll);
+  MeasureInView(state, PrivateView::OfProcessors, CollectAll);
 }
 BENCHMARK(ManyProcessors_Zebcomn)
     ->Name("catalogue_many_processors/zebcomn")
@@ -46,9 +46,19 @@ BENCHMARK(ManyProcessors_Zebcomn)
     ->Arg(16);
 
 void ManyProcessors_Floor(benchmark::State& state) {
-  MeasureWithProcessors(state, [] { AskForCatalogue(Keep); });
+  MeasureInView(state, PrivateView::OfProcessors, [] { AskForCatalogue(Keep); });
 }
 BENCHMARK(ManyProcessors_Floor)->Name("catalogue_many_processors/floor")->Apply(Processors);
+
+void ManyMounts_Zebcomn(benchmark::State& state) {
+  MeasureInView(state, PrivateView::OfMounts, CollectAll);
+}
+BENCHMARK(ManyMounts_Zebcomn)->Name("catalogue_many_mounts/zebcomn")->Apply(Mounts);
+
+void ManyMounts_Floor(benchmark::State& state) {
+  MeasureInView(state, PrivateView::OfMounts, [] { AskForCatalogue(Keep); });
+}
+BENCHMARK(ManyMounts_Floor)->Name("catalogue_many_mounts/floor")->Apply(Mounts);
 
 void Memory_Zebcomn(benchmark::State& state) {
   for (auto _ : state) CollectOne(sysprops::TotalPhysicalMemory_Key);

@@ -19,6 +19,7 @@
 #include <ctime>
 #include <cwchar>
 #include <memory>
+#include <vector>
 
 namespace zebcomn_bench {
 namespace {
@@ -27,6 +28,9 @@ namespace {
 /// computer, domain and host name, address, subnet, mask, hardware address, processor, speed, user
 /// and zone.
 constexpr int kConversions = 11;
+
+/// The entries of the map that is handed back, without those of file systems.
+constexpr int kProperties = 29;
 
 constexpr std::size_t kNameCapacity = 2048;
 
@@ -59,19 +63,22 @@ void AskForInterface(const ifaddrs& entry, Take take) {
   take(request.ifr_name);
 }
 
-/// The memory of the result, a map from name to value with 29 entries: for each its node and its
-/// two texts.
-void AllocateMap() {
-  constexpr std::size_t kNodeSize = 96;
-  constexpr std::size_t kNameSize = 15 * sizeof(wchar_t);
-  constexpr std::size_t kValueSize = 12 * sizeof(wchar_t);
-  std::array<std::unique_ptr<char[]>, 3 * 29> memory;
-  for (std::size_t i = 0; i < memory.size(); i += 3) {
-    memory[i].reset(new char[kNodeSize]);
-    memory[i + 1].reset(new char[kNameSize]);
-    memory[i + 2].reset(new char[kValueSize]);
+/// The memory of the results, maps from names to values: for each entry its node and its texts.
+class MapMemory {
+ public:
+  void Allocate(std::size_t name_length, int values) {
+    Add(kNodeSize);
+    Add(name_length * sizeof(wchar_t));
+    for (int i = 0; i < values; ++i) Add(kValueSize);
   }
-}
+
+ private:
+  static constexpr std::size_t kNodeSize = 96;
+  static constexpr std::size_t kValueSize = 12 * sizeof(wchar_t);
+  void Add(std::size_t size) { pieces_.emplace_back(new char[size]); }
+
+  std::vector<std::unique_ptr<char[]>> pieces_;
+};
 
 }  // namespace
 
@@ -131,21 +138,34 @@ void AskForInterfaces(Take take) {
   freeifaddrs(list);
 }
 
+void PrintMegabytes(double total, double free) {
+  std::array<wchar_t, 32> text;
+  for (const double megabytes : {total, free}) {
+    std::swprintf(text.data(), text.size(), L"%0.2lf", megabytes);
+  }
+}
+
 void MeasureFileSystems(Take take) {
   std::FILE* table = setmntent("/etc/fstab", "r");
   if (table == nullptr) return;
+  MapMemory memory;
   mntent entry{};
   std::array<char, 4096> line;
   while (getmntent_r(table, &entry, line.data(), static_cast<int>(line.size())) != nullptr) {
     struct statfs status {};
     if (statfs(entry.mnt_dir, &status) != 0 || status.f_blocks == 0) continue;
     ConvertBare(entry.mnt_dir);
+    const double blocks = 1048576.0 / static_cast<double>(status.f_bsize);
+    PrintMegabytes(static_cast<double>(status.f_blocks) / blocks,
+                   static_cast<double>(status.f_bfree) / blocks);
     take(entry.mnt_dir);
+    // An entry of the file systems' map, and the two properties that are made of it.
+    const std::size_t length = std::strlen(entry.mnt_dir);
+    memory.Allocate(length, 2);
+    for (int i = 0; i < 2; ++i) memory.Allocate(length + 36, 1);
   }
   endmntent(table);
-  // The two sums.
-  std::array<wchar_t, 32> megabytes;
-  for (int i = 0; i < 2; ++i) std::swprintf(megabytes.data(), megabytes.size(), L"%0.2lf", 0.0);
+  PrintMegabytes(0.0, 0.0);  // The two sums.
 }
 
 void AskForUserAndTime(Take take) {
@@ -170,7 +190,8 @@ void AskForCatalogue(Take take) {
   for (int i = 0; i < kConversions; ++i) ConvertBare("192.168.100.200");
   if (ReadWholeFile("/etc/zebosplatform.conf", take)) ConvertBare("Edge Router 2");
   if (ReadWholeFile("/etc/wrs-release", take)) ConvertBare("4.3.0.0");
-  AllocateMap();
+  MapMemory memory;
+  for (int i = 0; i < kProperties; ++i) memory.Allocate(15, 1);
 }
 
 }  // namespace zebcomn_bench

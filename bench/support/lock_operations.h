@@ -6,6 +6,7 @@
 /// adapters; see operations.h.
 
 #include "bench/support/operations.h"
+#include "bench/support/own_processor.h"
 
 namespace bench {
 
@@ -14,6 +15,7 @@ namespace bench {
 template <typename Lock>
 void ExclusivePair(benchmark::State& state) {
   static auto* lock = new Lock;
+  const OwnProcessor pinned(state.thread_index());
   const typename Lock::ForThread thread;
   for (auto _ : state) {
     lock->Exclusive();
@@ -25,6 +27,7 @@ void ExclusivePair(benchmark::State& state) {
 template <typename Lock>
 void SharedPair(benchmark::State& state) {
   static auto* lock = new Lock;
+  const OwnProcessor pinned(state.thread_index());
   const typename Lock::ForThread thread;
   for (auto _ : state) {
     lock->Shared();

@@ -43,11 +43,23 @@ std::string WriteProcessors(int processors) {
   return path;
 }
 
-std::string BindProcessors(int processors) {
-  const std::string path = WriteProcessors(processors);
+/// Puts one file in the place of another, in mounts of the process's own.
+std::string Bind(const std::string& path, const char* place) {
   if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return Failure("mount");
-  if (mount(path.c_str(), "/proc/cpuinfo", nullptr, MS_BIND, nullptr) != 0) return Failure("mount");
+  if (mount(path.c_str(), place, nullptr, MS_BIND, nullptr) != 0) return Failure("mount");
   return {};
+}
+
+/// Any path can be asked for the space of its file system, so each entry names a file.
+std::string WriteMounts(int entries) {
+  const std::string& folder = FolderOfEntries(static_cast<std::size_t>(entries));
+  const std::string path = ScratchFolder() + "/fstab-" + std::to_string(entries);
+  std::ofstream file(path);
+  for (int i = 0; i < entries; ++i) {
+    file << "/dev/disk" << i << ' ' << folder << "/entry-" << i << (i % 2 == 0 ? ".log" : ".txt")
+         << " ext4 defaults 0 0\n";
+  }
+  return path;
 }
 
 /// The commands of one `ip -batch` that make the links and their addresses.
@@ -92,7 +104,14 @@ std::string MakeNetwork(int addresses) {
 PrivateView PrivateView::OfProcessors(int processors) {
   PrivateView view;
   view.kind_ = CLONE_NEWNS;
-  view.Enter([=] { return BindProcessors(processors); });
+  view.Enter([=] { return Bind(WriteProcessors(processors), "/proc/cpuinfo"); });
+  return view;
+}
+
+PrivateView PrivateView::OfMounts(int entries) {
+  PrivateView view;
+  view.kind_ = CLONE_NEWNS;
+  view.Enter([=] { return Bind(WriteMounts(entries), "/etc/fstab"); });
   return view;
 }
 

@@ -12,6 +12,8 @@ class PrivateView {
  public:
   /// The "/proc/cpuinfo" of so many processors, each like this machine's first.
   static PrivateView OfProcessors(int processors);
+  /// An "/etc/fstab" of so many entries, each of which can be measured.
+  static PrivateView OfMounts(int entries);
   /// A network with so many addresses, one half of them IPv4 and the other IPv6, on at most four
   /// interfaces.
   static PrivateView OfAddresses(int addresses);

@@ -10,6 +10,9 @@ NANOSECONDS = {"ns": 1.0, "us": 1e3, "ms": 1e6, "s": 1e9}
 SUFFIXES = ("real_time", "manual_time", "process_time")
 OPTION_PREFIXES = ("min_time:", "min_warmup_time:", "iterations:", "repeats:")
 
+# Of fewer repetitions no spread is told.
+FEWEST_FOR_SPREAD = 5
+
 # How a benchmark says that the machine refuses what it needs.
 LEFT_OUT = "left out: "
 
@@ -17,11 +20,12 @@ Key = collections.namedtuple("Key", "operation subject param")
 
 
 class Results:
-    """Medians by Key in nanoseconds, and single facts by name."""
+    """Medians by Key in nanoseconds, how wide the repetitions lie, and single facts by name."""
 
     def __init__(self):
         self.medians = {}
         self.repetitions = {}
+        self.spreads = {}  # The middle half of the repetitions, as a part of their median.
         self.facts = {}
         self.errors = []
         self.left_out = {}  # By operation: why the machine does not let it run.
@@ -33,6 +37,9 @@ class Results:
         """The parameters that the operation was run with, in the order of their numbers."""
         params = {key.param for key in self.medians if key.operation == operation}
         return sorted(params, key=lambda param: [_order(word) for word in param.split("/")])
+
+    def most_repetitions(self):
+        return max(self.repetitions.values(), default=0)
 
     def subjects(self):
         return {key.subject for key in self.medians}
@@ -70,6 +77,9 @@ def load(folder):
     for key, values in times.items():
         results.medians[key] = statistics.median(values)
         results.repetitions[key] = len(values)
+        if len(values) >= FEWEST_FOR_SPREAD:
+            low, _, high = statistics.quantiles(values, n=4)
+            results.spreads[key] = (high - low) / results.medians[key]
     return results
 
 

@@ -4,11 +4,9 @@ import subprocess
 
 import verdicts
 
-FLOOR = "floor"
-
 
 def table(head, rows):
-    """A Markdown table; the first column is text, so to the left, and the others as they fit."""
+    """A Markdown table."""
     lines = ["| " + " | ".join(head) + " |", "|" + "---|" * len(head)]
     lines += ["| " + " | ".join(row) + " |" for row in rows]
     return "\n".join(lines)
@@ -17,12 +15,26 @@ def table(head, rows):
 def group_table(rows, subjects):
     """The operations of one group beside the floor and every peer that has one of them."""
     present = [name for name in subjects if any(name in row.ratios for row in rows)]
-    head = ["Operation", "ours / floor"] + [f"/ {subjects[name]['title']}" for name in present]
+    with_floor = [verdicts.FLOOR] if any(verdicts.FLOOR in row.ratios for row in rows) else []
+    head = ["Operation"] + ["ours / floor"] * len(with_floor)
+    head += [f"/ {subjects[name]['title']}" for name in present]
     body = []
     for row in rows:
-        ratios = [verdicts.ratio_text(row.ratios.get(name)) for name in [FLOOR, *present]]
+        ratios = [verdicts.ratio_text(row.ratios.get(name)) for name in with_floor + present]
         body.append([row.title, *ratios, ", ".join(row.goals), row.verdict])
     return table(head + ["Goal", "Verdict"], body)
+
+
+def growth_table(growths):
+    """How the costs of one group's operations grow with their sizes."""
+    body = [[growth.title, growth.sizes, _pair(growth.powers), _pair(growth.floor_powers),
+             "≤ " + _pair(growth.goals), "**missed**" if growth.failures else "held"]
+            for growth in growths]
+    return table(["Growth", "Sizes", "Power: all, largest two", "The floor's", "Goal", "Verdict"], body)
+
+
+def _pair(powers):
+    return ", ".join(f"{power:.2f}" for power in powers or ())
 
 
 def fact_table(rows):
@@ -39,6 +51,8 @@ def subject_table(subjects, results):
     present = results.subjects()
     rows = []
     for name, subject in subjects.items():
+        if "package" not in subject:
+            continue
         version = debian_version(subject["package"]) if name in present else "not present"
         rows.append([subject["title"], f"`{subject['package']}`", version])
     return table(["Peer", "Debian package", "Version"], rows)

@@ -11,11 +11,10 @@ namespace zebcomn {
 
 /// Writes as much of `text` as fits into a buffer of `capacity` bytes, and a NUL; gives the number
 /// of bytes before the NUL. REQUIRES: capacity > 0.
-inline size_t CopyBounded(char* buffer, size_t capacity, std::string_view text) {
-  const size_t length = text.copy(buffer, capacity - 1);
-  buffer[length] = '\0';
-  return length;
-}
+///
+/// Not inline: of a copy whose size the compiler knows to be small it makes a string instruction,
+/// which takes longer than the C library's call for most paths.
+size_t CopyBounded(char* buffer, size_t capacity, std::string_view text);
 
 template <size_t kCapacity>
 size_t CopyBounded(char (&buffer)[kCapacity], std::string_view text) {
