@@ -224,8 +224,12 @@ class ZebinfoWithoutPermission : public ::testing::Test {
  protected:
   void SetUp() override {
     // Root may keep the build in a folder that nobody else can enter.
-    if (!StartsWithVersion(SaidToAnOrdinaryUser({"--version"}))) {
+    const std::string said = SaidToAnOrdinaryUser({"--version"});
+    if (!StartsWithVersion(said)) {
       GTEST_SKIP() << "an ordinary user cannot run the zebinfo of this build";
+    }
+    if (said.find("profiling:") != std::string::npos) {
+      GTEST_SKIP() << "an ordinary user's zebinfo may not write its counts of lines, and says so";
     }
     ASSERT_EQ(chmod(dir_.path().c_str(), 0755), 0);
     dir_.Write("locked/file", "");
