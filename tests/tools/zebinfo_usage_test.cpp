@@ -92,7 +92,22 @@ TEST(ZebinfoUsage, EachMistakeIsNamedWithAdvice) {
       {{"--jsn"},
        "there is no option \"--jsn\"",
        "Did you mean \"--json\"? \"zebinfo --help\" shows how it is used."},
-      {{"-j"}, "there is no option \"-j\"", "\"zebinfo --help\" shows how it is used."},
+      {{"-j"},
+       "there is no option \"-j\"",
+       "Did you mean \"--json\"? \"zebinfo --help\" shows how it is used."},
+      {{"-V"},
+       "there is no option \"-V\"",
+       "Did you mean \"--version\"? \"zebinfo --help\" shows how it is used."},
+      {{"-x"}, "there is no option \"-x\"", "\"zebinfo --help\" shows how it is used."},
+      {{"time", "-w", "2"},
+       "time: there is no option \"-w\"",
+       "Did you mean \"--watch\"? \"zebinfo time --help\" shows how it is used."},
+      {{"--IPAddress"},
+       "there is no option \"--IPAddress\"",
+       "Did you mean \"IPAddress\"? \"zebinfo --help\" shows how it is used."},
+      {{"--interface"},
+       "there is no option \"--interface\"",
+       "Did you mean \"interfaces\"? \"zebinfo --help\" shows how it is used."},
       {{"time", "--wach=3"},
        "time: there is no option \"--wach=3\"",
        "Did you mean \"--watch\"? \"zebinfo time --help\" shows how it is used."},
@@ -143,6 +158,10 @@ TEST(ZebinfoUsage, EachMistakeIsNamedWithAdvice) {
        "--base needs a value",
        "\"zebinfo path --help\" shows how it is used."},
       {{"--watch"}, "--watch needs a value", "\"zebinfo --help\" shows how it is used."},
+      {{"--watch", "1", "OSType", "--watch=2"}, "--watch is given more than once", "Give it once."},
+      {{"path", "--base", "a", "b", "--base", "c"},
+       "--base is given more than once",
+       "Give it once."},
       {{"time", "--json=x"},
        "an option without a value was given one",
        "\"zebinfo time --help\" shows how it is used."},
@@ -165,9 +184,9 @@ TEST(ZebinfoUsage, AControlCharacterInAWrongOptionIsNotPrinted) {
   EXPECT_THAT(Zebinfo({"--a\x1B[2J"}).err, HasSubstr("\"--a\\x1b[2J\"\n"));
 }
 
-TEST(ZebinfoUsage, APortWithASignOrBeyondTheHighestIsRefused) {
+TEST(ZebinfoUsage, APortThatIsEmptyOrHasASignOrIsBeyondTheHighestIsRefused) {
   for (const char* const port :
-       {"65536", "99999", "0065536", "100000000000000000000", "-1", "+80"}) {
+       {"", "65536", "99999", "0065536", "100000000000000000000", "-1", "+80"}) {
     EXPECT_EQ(Everything(Zebinfo({"local-address", "127.0.0.1", port})),
               std::string("exit status 2\nzebinfo: \"") + port +
                   "\" is no port\nGive a number up to 65535, or the name of a service.\n");
@@ -212,6 +231,14 @@ TEST(ZebinfoOutput, HelpAndVersionAreWrittenLikeTheRest) {
     for (const std::string& word : ZebinfoWords({option})) command.push_back(word);
     EXPECT_EQ(RunCommand(command).exit_status, 1) << option;
   }
+}
+
+TEST(ZebinfoOutput, ThatNobodyCanReadChangesNoExitStatus) {
+  std::vector<std::string> command = {"sh", "-c", "exec \"$@\" 2>&-", "sh"};
+  for (const std::string& word : ZebinfoWords({"--jsn"})) command.push_back(word);
+  const CommandResult result = RunCommand(command);
+  EXPECT_EQ(result.exit_status, 2);
+  EXPECT_EQ(result.out, "");
 }
 
 TEST(ZebinfoOutput, MessagesGoToStandardErrorAlone) {

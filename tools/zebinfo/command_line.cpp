@@ -4,10 +4,12 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "tools/zebinfo/catalogue.h"
 #include "tools/zebinfo/command_table.h"
 #include "tools/zebinfo/nearest.h"
 #include "tools/zebinfo/text.h"
@@ -77,6 +79,21 @@ const Command* CommandAmong(int argc, char** argv) {
   return nullptr;
 }
 
+// How often an option stands on the command line.
+long HowOften(const std::string& option, int argc, char** argv) {
+  return std::count_if(argv + 1, argv + argc, [&option](const std::string& word) {
+    return word.substr(0, word.find('=')) == option;
+  });
+}
+
+// The first long option that begins with a letter, whatever its case; empty without one.
+std::string WithInitial(char letter, const std::vector<std::string>& options) {
+  for (const std::string& option : options) {
+    if (std::tolower(option[2]) == std::tolower(static_cast<unsigned char>(letter))) return option;
+  }
+  return "";
+}
+
 // Builds the parser, reads the command line with it and does what that says.
 class Parser {
  public:
@@ -111,7 +128,8 @@ class Parser {
     } catch (const CLI::ArgumentMismatch& error) {
       // The option stands in front of a colon.
       const std::string text = error.what();
-      throw CommandError(kUsage, text.substr(0, text.find(':')) + " needs a value", UsageAdvice());
+      const std::string option = text.substr(0, text.find(':'));
+      RefuseNumberOfValues(option, HowOften(option, argc, argv));
     } catch (const CLI::ConversionError&) {
       throw CommandError(kUsage, "an option without a value was given one", UsageAdvice());
     } catch (const CLI::ParseError& error) {
@@ -157,23 +175,41 @@ class Parser {
 
   std::string UsageAdvice() const { return AdviceOn(Taken()); }
 
+  [[noreturn]] void RefuseNumberOfValues(const std::string& option, long times) const {
+    if (times > 1) {
+      throw CommandError(kUsage, option + " is given more than once", "Give it once.");
+    }
+    throw CommandError(kUsage, option + " needs a value", UsageAdvice());
+  }
+
   [[noreturn]] void RefuseSurplus() const {
     const std::vector<std::string> words = app_.remaining(true);
     const std::string word = words.empty() ? "" : words.front();
     if (word.rfind('-', 0) != 0) {
       throw CommandError(kUsage, Quoted(word) + " is one argument too many", UsageAdvice());
     }
+    const std::string meaning = LikelyMeaning(word.substr(0, word.find('=')));
+    throw CommandError(
+        kUsage,
+        (Taken() == nullptr ? "" : std::string(Taken()->name) + ": ") + "there is no option " +
+            Quoted(word),
+        (meaning.empty() ? "" : "Did you mean " + Quoted(meaning) + "? ") + UsageAdvice());
+  }
+
+  // What a wrong option is likely to stand for; empty when nothing is near.
+  std::string LikelyMeaning(const std::string& word) const {
     const CLI::App& app = Taken() == nullptr ? app_ : *app_.get_subcommands().front();
     std::vector<std::string> options;
     for (const CLI::Option* const option : app.get_options()) {
       for (const std::string& name : option->get_lnames()) options.push_back("--" + name);
     }
-    const std::string nearest = Nearest(word.substr(0, word.find('=')), options);
-    throw CommandError(
-        kUsage,
-        (Taken() == nullptr ? "" : std::string(Taken()->name) + ": ") + "there is no option " +
-            Quoted(word),
-        (nearest.empty() ? "" : "Did you mean " + Quoted(nearest) + "? ") + UsageAdvice());
+    if (word.size() == 2) return WithInitial(word[1], options);
+    std::string nearest = Nearest(word, options);
+    const std::size_t begin = word.find_first_not_of('-');
+    if (!nearest.empty() || Taken() != nullptr || begin == std::string::npos) return nearest;
+    std::vector<std::string> words = PropertyNames();
+    for (std::string& command : CommandNames()) words.push_back(std::move(command));
+    return Nearest(word.substr(begin), words);
   }
 
   ExitStatus Act() const {

@@ -92,10 +92,10 @@ class AddressTexts {
   std::vector<char*> texts_;
 };
 
-// Whether a port is a number with a sign, or beyond the highest: the resolver takes the one for the
-// name of a service, and the low 16 bits of the other.
+// Whether a port is empty, a number with a sign, or beyond the highest: the resolver takes the
+// first for 0, the second for the name of a service, and the low 16 bits of the third.
 bool IsNoPort(const std::string& port) {
-  if (!port.empty() && (port[0] == '-' || port[0] == '+')) return true;
+  if (port.empty() || port[0] == '-' || port[0] == '+') return true;
   if (port.find_first_not_of("0123456789") != std::string::npos) return false;
   const std::size_t begin = port.find_first_not_of('0');
   if (begin == std::string::npos) return false;
