@@ -1,9 +1,16 @@
-# Runs at the start of an installation and notes the folders that it is about to make, so that
-# "uninstall" takes away those and no folder that was there before. To learn which they are, the
-# installation is rehearsed in a scratch folder.
+# Runs at the start of an installation and notes where it goes and the folders that it is about to
+# make, so that "uninstall" finds it again, and takes away those folders and none that was there before.
+# To learn which they are, the installation is rehearsed in a scratch folder.
 if(DEFINED ENV{ZEBCOMN_INSTALL_REHEARSAL})
   return()
 endif()
+
+# DESTDIR may be named from the folder in which the installation was started.
+set(stage "$ENV{DESTDIR}")
+if(stage)
+  file(REAL_PATH "${stage}" stage)
+endif()
+file(WRITE "${zebcomn_build_dir}/install_stage.txt" "${stage}")
 
 set(rehearsal "${zebcomn_build_dir}/install_rehearsal")
 execute_process(
@@ -14,8 +21,8 @@ file(GLOB_RECURSE folders LIST_DIRECTORIES true RELATIVE "${rehearsal}" "${rehea
 list(SORT folders)
 set(new_folders "")
 foreach(folder IN LISTS folders)
-  if(IS_DIRECTORY "${rehearsal}/${folder}" AND NOT EXISTS "$ENV{DESTDIR}/${folder}")
-    list(APPEND new_folders "$ENV{DESTDIR}/${folder}")
+  if(IS_DIRECTORY "${rehearsal}/${folder}" AND NOT EXISTS "${stage}/${folder}")
+    list(APPEND new_folders "${stage}/${folder}")
   endif()
 endforeach()
 file(REMOVE_RECURSE "${rehearsal}")

@@ -1,15 +1,17 @@
 # Takes back the last installation from a build folder: its files, and the folders that it made if
-# nothing else has come into them. cmake -DBUILD_DIR=... -P this; DESTDIR as when it was installed.
+# nothing else has come into them. cmake -DBUILD_DIR=... -P this
 set(manifest "${BUILD_DIR}/install_manifest.txt")
 if(NOT EXISTS "${manifest}")
   message(FATAL_ERROR "Nothing to uninstall: there is no ${manifest}. "
     "It is written by `cmake --install ${BUILD_DIR}`.")
 endif()
 
+# Where DESTDIR led when it was installed.
+file(READ "${BUILD_DIR}/install_stage.txt" stage)
 file(STRINGS "${manifest}" files)
 foreach(file IN LISTS files)
-  message(STATUS "Uninstalling: $ENV{DESTDIR}${file}")
-  file(REMOVE "$ENV{DESTDIR}${file}")
+  message(STATUS "Uninstalling: ${stage}${file}")
+  file(REMOVE "${stage}${file}")
 endforeach()
 
 set(record "${BUILD_DIR}/install_folders.txt")
@@ -23,4 +25,4 @@ if(EXISTS "${record}")
     endif()
   endforeach()
 endif()
-file(REMOVE "${manifest}" "${record}")
+file(REMOVE "${manifest}" "${record}" "${BUILD_DIR}/install_stage.txt")

@@ -3,6 +3,7 @@
 # cmake -DBUILD_DIR=... -DWORK_DIR=... -DREADELF=... -DEMULATOR=... -DVERSION=... -P this
 include("${CMAKE_CURRENT_LIST_DIR}/run_or_fail.cmake")
 file(REMOVE_RECURSE "${WORK_DIR}")
+unset(ENV{DESTDIR})
 
 function(expect_files root)
   foreach(name IN LISTS ARGN)
@@ -27,20 +28,21 @@ function(expect_run_path file run_path)
   endif()
 endfunction()
 
-# The agent's own place is the default. One folder was there before; it stays, the others go.
+# The agent's own place is the default. One folder was there before; it stays, the others go. DESTDIR is
+# named from the folder in which the installation is started, and is not set any more afterwards.
 set(stage "${WORK_DIR}/stage")
-set(ENV{DESTDIR} "${stage}")
 file(MAKE_DIRECTORY "${stage}/opt/Quenty/pelu/share")
-run("${CMAKE_COMMAND}" --install "${BUILD_DIR}")
-expect_files("${stage}/opt/Quenty/pelu" lib/libzebcomn.so.4 include/zebcomn/zebcomn.h)
-run("${CMAKE_COMMAND}" --install "${BUILD_DIR}")
+foreach(time IN ITEMS first second)
+  run("${CMAKE_COMMAND}" -E chdir "${WORK_DIR}"
+    "${CMAKE_COMMAND}" -E env DESTDIR=stage "${CMAKE_COMMAND}" --install "${BUILD_DIR}")
+  expect_files("${stage}/opt/Quenty/pelu" lib/libzebcomn.so.4 include/zebcomn/zebcomn.h)
+endforeach()
 run("${CMAKE_COMMAND}" --build "${BUILD_DIR}" --target uninstall)
 file(GLOB_RECURSE left LIST_DIRECTORIES true RELATIVE "${stage}" "${stage}/*")
 list(SORT left)
 if(NOT left STREQUAL "opt;opt/Quenty;opt/Quenty/pelu;opt/Quenty/pelu/share")
   message(SEND_ERROR "what is left after the uninstallation: ${left}")
 endif()
-unset(ENV{DESTDIR})
 
 run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${WORK_DIR}/first")
 set(prefix "${WORK_DIR}/moved/away")
