@@ -1,10 +1,15 @@
-# `cpack` packs three Debian packages out of a build folder that scripts/package has configured.
+# `cpack` packs Debian packages out of a build folder that scripts/package has configured: the one with
+# the API reference where that is built, the other three elsewhere.
 if(NOT ZEBCOMN_DEBIAN)
   return()
 endif()
 set(ZEBCOMN_DEBIAN_REVISION 1)
 set(debian_dir "${PROJECT_SOURCE_DIR}/packaging/debian")
-set(packages libzebcomn4 libzebcomn-dev zebinfo)
+if(ZEBCOMN_BUILD_DOCS)
+  set(packages libzebcomn-doc)
+else()
+  set(packages libzebcomn4 libzebcomn-dev zebinfo)
+endif()
 
 # What every package says of itself.
 foreach(name IN ITEMS "changelog.Debian:packaging/debian/changelog" "changelog:CHANGELOG.md")
@@ -21,6 +26,8 @@ foreach(package IN LISTS packages)
 endforeach()
 install(FILES "${debian_dir}/libzebcomn4.lintian-overrides" RENAME libzebcomn4
   DESTINATION "${CMAKE_INSTALL_DATADIR}/lintian/overrides" COMPONENT libzebcomn4)
+install(FILES "${debian_dir}/libzebcomn-doc.doc-base" RENAME libzebcomn-doc
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/doc-base" COMPONENT libzebcomn-doc)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME libzebcomn)
@@ -43,10 +50,10 @@ set(CPACK_DEBIAN_PACKAGE_SOURCE libzebcomn)
 set(exact_version "${PROJECT_VERSION}-${ZEBCOMN_DEBIAN_REVISION}")
 
 # dpkg-shlibdeps names what a native build needs. It asks the packages of this machine, and for a
-# cross build those are the compiler's own, which no target has: what Debian 12 linked it with is
-# named instead.
+# cross build those are the compiler's own, which no target has: the versions that the files themselves
+# ask for are named instead. scripts/check-packages compares the two.
 if(CMAKE_CROSSCOMPILING)
-  set(runtime "libc6 (>= 2.36), libgcc-s1 (>= 12), libstdc++6 (>= 12)")
+  set(runtime "libc6 (>= 2.34), libgcc-s1 (>= 4.2), libstdc++6 (>= 11)")
 else()
   set(CPACK_DEBIAN_LIBZEBCOMN4_PACKAGE_SHLIBDEPS ON)
   set(CPACK_DEBIAN_ZEBINFO_PACKAGE_SHLIBDEPS ON)
@@ -72,6 +79,15 @@ in C and C++, the packages for CMake and pkg-config, and examples.")
 set(CPACK_DEBIAN_LIBZEBCOMN-DEV_PACKAGE_NAME libzebcomn-dev)
 set(CPACK_DEBIAN_LIBZEBCOMN-DEV_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_LIBZEBCOMN-DEV_PACKAGE_DEPENDS "libzebcomn4 (= ${exact_version})")
+set(CPACK_DEBIAN_LIBZEBCOMN-DEV_PACKAGE_SUGGESTS libzebcomn-doc)
+
+set(CPACK_COMPONENT_LIBZEBCOMN-DOC_DESCRIPTION "API reference of a management agent's common-utility library
+What each call of libzebcomn promises: its arguments, results, errors,
+ownership and thread rule, with an example for each family, as HTML and as
+man pages.")
+set(CPACK_DEBIAN_LIBZEBCOMN-DOC_PACKAGE_NAME libzebcomn-doc)
+set(CPACK_DEBIAN_LIBZEBCOMN-DOC_PACKAGE_SECTION doc)
+set(CPACK_DEBIAN_LIBZEBCOMN-DOC_PACKAGE_SUGGESTS libzebcomn-dev)
 
 set(CPACK_COMPONENT_ZEBINFO_DESCRIPTION "shows what a management agent's library knows about this host
 Prints the catalogue of system properties, network interfaces and

@@ -2,10 +2,12 @@
 """Chooses the man pages to install out of those that doxygen wrote.
 
 usage: man_pages.py DOXYGEN_FOLDER OUTPUT_FOLDER EXPORTED_NAMES
+       man_pages.py --names EXPORTED_NAMES      prints the names that have a page
 
 A header's page gets the prefix "zebcomn_", and a type's page its plain name. Of the links, one for each
 exported C function, function of a namespace, and C object is kept: a link for every field and constant
-would put names such as read, size and unknown beside the system's.
+would put names such as read, size and unknown beside the system's. A header's page says how to include
+the header, in place of what that includes itself.
 """
 import pathlib
 import re
@@ -14,12 +16,21 @@ import sys
 LINK = re.compile(r"\.so man3/(\S+)")
 EXAMPLE = re.compile(r"^\.nf$.*?^\.fi$", re.MULTILINE | re.DOTALL)
 DATED_TITLE = re.compile(r'^(\.TH "[^"]*" 3 )"[^"]*"', re.MULTILINE)
+HEADER_TITLE = re.compile(r'^\.TH "(zebcomn/[^"]*)"', re.MULTILINE)
+INCLUDES = re.compile(r"(?:^\\fC#include .*\n(?:^\.br\n)?)+", re.MULTILINE)
 
 
 def mended(text):
-    """A page that is the same whenever it is made, with the backslashes of its example kept."""
+    """A page that is the same whenever it is made, and loses nothing when it is shown."""
     text = DATED_TITLE.sub(r'\1""', text)
-    return EXAMPLE.sub(lambda block: re.sub(r"\\(?!f[BIP]|[&-])", r"\\e", block.group()), text)
+    # A quotation mark in front of a line would make a request of it.
+    text = re.sub(r"^'", r"\\&'", text, flags=re.MULTILINE)
+    header = HEADER_TITLE.search(text)
+    if header:
+        include = f"\\fC#include <{header.group(1)}>\\fP\n"
+        text = INCLUDES.sub(lambda _: include, text, count=1)
+    text = EXAMPLE.sub(lambda block: re.sub(r"\\(?!f[BIP]|[&-])", r"\\e", block.group()), text)
+    return text.replace(r"\\", r"\e")
 
 
 def page_name(name):
@@ -29,6 +40,10 @@ def page_name(name):
 
 
 def linked_names(list_path):
+    return sorted(set(all_linked_names(list_path)))
+
+
+def all_linked_names(list_path):
     for line in list_path.read_text(encoding="utf-8").splitlines():
         scope, _, name = line.replace("[abi:cxx11]", "").split("(")[0].rpartition("::")
         is_function = "(" in line
@@ -37,6 +52,9 @@ def linked_names(list_path):
 
 
 def main():
+    if sys.argv[1] == "--names":
+        print("\n".join(linked_names(pathlib.Path(sys.argv[2]))))
+        return
     source, output, list_path = map(pathlib.Path, sys.argv[1:4])
     output.mkdir(parents=True, exist_ok=True)
     pages = {path.name: path.read_text(encoding="utf-8") for path in sorted(source.iterdir())}
@@ -45,7 +63,7 @@ def main():
             continue
         (output / page_name(name)).write_text(mended(text), encoding="utf-8")
     links = 0
-    for name in sorted(set(linked_names(list_path))):
+    for name in linked_names(list_path):
         link = LINK.match(pages.get(name + ".3", ""))
         if not link:
             raise SystemExit(f"man_pages: no page describes {name}")
@@ -54,4 +72,5 @@ def main():
     print(f"{len(list(output.iterdir())) - links} man pages, {links} links")
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -5,7 +5,8 @@ usage: reference_check.py PROJECT_FOLDER XML_FOLDER
 
 Each name of abi/exported-names.txt stands in doxygen's XML, as often as it is overloaded, with a brief
 description; each function has a text for every parameter and for a result; each exported text constant
-begins with its value, as the source defines it. Each header with exported names shows an example.
+begins with its value, as the source defines it. Each header with exported names shows an example, and the
+main page names every public header.
 """
 import collections
 import pathlib
@@ -121,12 +122,21 @@ def check_examples(xml_folder, expected):
     return faults
 
 
+def check_main_page(project):
+    named = re.findall(r"\b\w+\.h\b", (project / "docs/reference/mainpage.dox").read_text(encoding="utf-8"))
+    public = {path.name for path in (project / "zebcomn").rglob("*.h")
+              if not path.name.endswith("_internal.h")}
+    # It holds a macro for the other headers, and nothing for a caller.
+    return ([f"mainpage.dox: does not name {name}" for name in sorted(public - {"export.h", *named})] +
+            [f"mainpage.dox: there is no {name}" for name in sorted(set(named) - public)])
+
+
 def main():
     project, xml_folder = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2])
     expected = exported_names(project)
     members = documented_members(xml_folder)
     faults = (check_names(expected, members) + check_constants(project, members) +
-              check_examples(xml_folder, expected))
+              check_examples(xml_folder, expected) + check_main_page(project))
     for fault in faults:
         print(fault)
     print(f"{sum(expected.values())} exported names, {len(faults)} faults in their documentation")

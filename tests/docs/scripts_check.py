@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
-"""Checks that every command in scripts/ answers -h with the whole comment at its head, and does nothing else.
+"""Checks that every command in scripts/ answers -h with the whole comment at its head, and does nothing else,
+and that the README has it in its table of commands.
 
 usage: scripts_check.py PROJECT_FOLDER
 """
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
@@ -40,11 +42,18 @@ def fault_of(script, path):
 
 
 def main():
-    folder = pathlib.Path(sys.argv[1]).resolve() / "scripts"
-    scripts = [script for script in sorted(folder.iterdir())
-               if script.is_file() and script.name != PASSED_ON and os.access(script, os.X_OK)
-               and script.read_text(encoding="utf-8").startswith("#!/usr/bin/env bash\n")]
+    project = pathlib.Path(sys.argv[1]).resolve()
+    commands = [path for path in sorted((project / "scripts").iterdir())
+                if path.is_file() and os.access(path, os.X_OK)
+                and path.read_text(encoding="utf-8").startswith("#!/usr/bin/env bash\n")]
+    scripts = [path for path in commands if path.name != PASSED_ON]
+    readme = (project / "README.md").read_text(encoding="utf-8")
+    shown = re.findall(r"^\| `scripts/([\w-]+)` \| ", readme, re.MULTILINE)
     faults = 0
+    for name in sorted(set(shown) ^ {path.name for path in commands}):
+        faults += 1
+        print(f"README.md: its table has scripts/{name}, which is no command" if name in shown
+              else f"README.md: scripts/{name} is not in its table of commands")
     with tempfile.TemporaryDirectory() as path:
         for tool in TOOLS:
             os.symlink(shutil.which(tool), pathlib.Path(path) / tool)
