@@ -262,6 +262,22 @@ TEST(FindNthOccuranceOf, AnEmptyPatternOccursAtEveryPositionAndAtTheEnd) {
   EXPECT_EQ(findNthOccuranceOf("ab", "", 4), std::string::npos);
 }
 
+// Long texts are searched by another way than short ones.
+TEST(FindNthOccuranceOf, LongTextsAndPatternsAreSearchedAlike) {
+  std::string pattern(300, 'a');
+  pattern[150] = '\0';
+  std::string text(100'000, 'a');
+  for (const size_t at : {900U, 901U, 40'000U, 99'849U}) text.replace(at, 1, 1, '\0');
+  text.replace(1200, 300, pattern);
+  EXPECT_EQ(findNthOccuranceOf(text, pattern, 1), 1200U);
+  EXPECT_EQ(findNthOccuranceOf(text, pattern, 2), 39'850U);
+  EXPECT_EQ(findNthOccuranceOf(text, pattern, 3), 99'699U);
+  EXPECT_EQ(findNthOccuranceOf(text, pattern, 4), std::string::npos);
+  EXPECT_EQ(findNthOccuranceOf(text, text, 1), 0U);
+  EXPECT_EQ(findNthOccuranceOf(text, text + 'a', 1), std::string::npos);
+  EXPECT_EQ(findNthOccuranceOf(std::string(100'000, 'a'), std::string(50'000, 'a'), 3), 2U);
+}
+
 /// Texts over the characters that mean something to these functions, and bytes that mean nothing.
 class RandomText {
  public:

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "zebcomn/network/ipv6_text_internal.h"
+#include "zebcomn/portable/text_search_internal.h"
 
 namespace zebcomn {
 
@@ -156,8 +157,11 @@ std::string::size_type findNthOccuranceOf(const std::string& text, const std::st
                                           const unsigned int& n) {
   size_t position = std::string::npos;
   for (unsigned int found = 0; found < n; ++found) {
-    position = text.find(pattern, position + 1);
-    if (position == std::string::npos) break;
+    const size_t start = position + 1;
+    if (start > text.size()) return std::string::npos;
+    const size_t place = zebcomn::FindText(std::string_view(text).substr(start), pattern);
+    if (place == std::string::npos) return std::string::npos;
+    position = start + place;
   }
   return position;
 }

@@ -3,6 +3,7 @@
 #include "zebcomn/network/address_lists_internal.h"
 #include "zebcomn/network/name_text_internal.h"
 #include "zebcomn/network/network_util.h"
+#include "zebcomn/portable/text_search_internal.h"
 
 // Callers' object files hold the signatures with strings by value.
 // NOLINTBEGIN(performance-unnecessary-value-param)
@@ -11,7 +12,7 @@ int ANetworkUtil::zebCompareAddressFromPeerAddress(std::string peer, std::string
   if (peer == address) return 1;
   // Kept: any part of the address matches, so 10.1.2.3 denotes 10.1.2.30 and an empty peer
   // everything.
-  if (address.find(peer) != std::string::npos) return 1;
+  if (zebcomn::FindText(address, peer) != std::string::npos) return 1;
   const std::string bare = formatV6addr(address, false);
   if (formatV6addr(peer, false) == bare) return 1;
   if (!initialised_) return 0;

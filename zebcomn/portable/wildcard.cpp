@@ -1,13 +1,13 @@
 #include "zebcomn/portable/wildcard.h"
 
-#include <cstring>
 #include <string_view>
+
+#include "zebcomn/portable/text_search_internal.h"
 
 namespace {
 
 constexpr int32_t kMatch = 0;
 constexpr int32_t kNoMatch = 1;
-constexpr size_t kFewComparisons = 4096;
 
 /// The part of a pattern up to its next "*" or its end.
 std::string_view LeadingSegment(std::string_view pattern) {
@@ -27,21 +27,11 @@ bool EndsWith(std::string_view name, std::string_view segment) {
          StartsWith(name.substr(name.size() - segment.size()), segment);
 }
 
-/// Where a segment without "?" first occurs; npos when it does not. Comparing place by place is the
-/// quicker way for short texts; the C library's search takes a time that only grows with the two
-/// lengths, however often the beginning of the segment occurs in the name.
-size_t FindText(std::string_view name, std::string_view text) {
-  if (name.size() * text.size() <= kFewComparisons) return name.find(text);
-  const void* const place = memmem(name.data(), name.size(), text.data(), text.size());
-  return place == nullptr ? std::string_view::npos
-                          : static_cast<size_t>(static_cast<const char*>(place) - name.data());
-}
-
 /// Takes off the name everything up to and including the first place where the segment fits; false
 /// when it fits nowhere.
 bool SkipPast(std::string_view& name, std::string_view segment) {
   if (segment.find('?') == std::string_view::npos) {
-    const size_t place = FindText(name, segment);
+    const size_t place = zebcomn::FindText(name, segment);
     if (place == std::string_view::npos) return false;
     name.remove_prefix(place + segment.size());
     return true;
