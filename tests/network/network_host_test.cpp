@@ -57,8 +57,8 @@ class NetworkHost : public ::testing::Test {
     host.AddVeth("port0");
     host.Ip("link set port0 address 02:1a:2b:3c:4d:5e");
     host.Ip("addr add 192.0.2.7/24 dev port0");
-    host.Ip("addr add 2001:db8::7/64 dev port0 nodad");
-    host.Ip("addr add fe80::7/64 dev port0 nodad");
+    host.AddIpv6("2001:db8::7/64", "port0");
+    host.AddIpv6("fe80::7/64", "port0");
   }
   static void UseHostsFile(PrivateHost& host, const std::string& text) {
     host.PutFile("/etc/nsswitch.conf", "hosts: files\n");
@@ -170,7 +170,7 @@ TEST_F(NetworkHost, TheLocalAddressFacesThePeer) {
     AddPort0(host);
     host.AddVeth("port1");
     host.Ip("addr add 198.51.100.7/24 dev port1");
-    host.Ip("addr add 2001:db8:1::7/64 dev port1 nodad");
+    host.AddIpv6("2001:db8:1::7/64", "port1");
     const RemotePeer near(host, "port0", {"192.0.2.8/24"}, "192.0.2.8");
     const RemotePeer far(host, "port1", {"2001:db8:1::8/64"}, "2001:db8:1::8");
     return LocalAddress("192.0.2.8", near.port()) + "\n" +
@@ -200,7 +200,7 @@ TEST_F(NetworkHost, ALinkLocalPeerBehindAnotherThanTheFirstInterfaceIsNotReached
   const std::string seen = RunInPrivateHost([](PrivateHost& host) {
     AddPort0(host);
     host.AddVeth("port1");
-    host.Ip("addr add fe80::17/64 dev port1 nodad");
+    host.AddIpv6("fe80::17/64", "port1");
     const RemotePeer peer(host, "port1", {"fe80::18/64"}, "fe80::18%port1-peer");
     // The first interface has no neighbour to ask, so the attempt need not wait for an answer.
     host.Ip("link set port0-peer down");

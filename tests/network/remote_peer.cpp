@@ -37,8 +37,11 @@ void PeerMain(const std::string& link, const std::vector<std::string>& addresses
   here.Ip("link set lo up");
   here.Ip("link set " + link + " up");
   for (const std::string& address : addresses) {
-    const bool v6 = address.find(':') != std::string::npos;
-    here.Ip("addr add " + address + " dev " + link + (v6 ? " nodad" : ""));
+    if (address.find(':') != std::string::npos) {
+      here.AddIpv6(address, link);
+    } else {
+      here.Ip("addr add " + address + " dev " + link);
+    }
   }
   const Listener listener(listen_on);
   SendLine(out, listener.port());

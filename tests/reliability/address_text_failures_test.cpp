@@ -129,6 +129,10 @@ ZEBCOMN_USE(RecordFailures, AddressTexts, "IPAddress::getIPAddress", "IPAddress:
     texts[1] = record.getSubNetMask();
     texts[2] = record.getSubNetAddr();
   });
+  if (done) {
+    EXPECT_EQ(texts[0], kAddress);
+    EXPECT_EQ(texts[1], "ffff:ffff:ffff:ffff:0:0:0:0");
+  }
   EXPECT_EQ(texts[2], done ? "2001:db8:1111:2222:0:0:0:0" : "");
   EXPECT_EQ(record.getIPAddress(), kAddress) << "as it was";
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
@@ -145,6 +149,10 @@ ZEBCOMN_USE(RecordFailures, InterfaceTexts, "NetInterface::getIPAddress",
     name = interface.getIndexName();
     addresses = interface.getIPAddress();
   });
+  if (done) {
+    EXPECT_EQ(mac, "001a2b3c4d5e and some more");
+    EXPECT_EQ(name, "interface of a long name");
+  }
   EXPECT_EQ(addresses.size(), done ? 1U : 0U);
   EXPECT_EQ(interface.getIndexName(), "interface of a long name") << "as it was";
 }

@@ -41,6 +41,7 @@ ZEBCOMN_USE(AttachFailures, Process, "tiSO_ProcessAttach", "tiSO_ProcessDetach")
   EXPECT_EQ(trial.ErrorSlot(), trial.FailedIn("malloc") ? ENOMEM : kErrorLeftAlone);
   trial.Call([&] { freed = tiSO_ProcessDetach(); });
   EXPECT_EQ(freed, refused || trial.FailedIn("pthread_key_delete") ? FALSE : TRUE);
+  EXPECT_EQ(trial.ErrorSlot(), refused ? EINVAL : kErrorLeftAlone);
   EXPECT_EQ(tiSO_tls_index, TIV_INVALID_DWORD);
 }
 
@@ -102,7 +103,7 @@ ZEBCOMN_USE(SpinFailures, GetAndRelease, "tiSL_Get", "tiSL_Release") {
 }
 
 ZEBCOMN_USE(SeLockFailures, Creation, "tiSO_SELockCreate", "tiSO_Release") {
-  tiSO_SELock_t* lock = nullptr;
+  auto* lock = reinterpret_cast<tiSO_SELock_t*>(&trial);  // It is set to null first.
   uint32_t status = 77;
   trial.Call([&] { status = tiSO_SELockCreate(&lock); });
   EXPECT_EQ(status, trial.Failed() ? ZEBCOMN_STATUS_FAILURE : ZEBCOMN_STATUS_OK);
@@ -179,7 +180,7 @@ ZEBCOMN_USE(SeLockFailures, Withdrawal, "tiSO_SELockExclusiveUnnotify") {
 template <typename List, typename Create, typename Release>
 void CreateAndRelease(Trial& trial, Create create, Release release) {
   const Attached attached;
-  List* list = nullptr;
+  auto* list = reinterpret_cast<List*>(&trial);
   uint32_t status = 77;
   trial.Call([&] { status = create(&list); });
   EXPECT_EQ(list == nullptr, trial.Failed());
@@ -276,11 +277,13 @@ ZEBCOMN_USE_WITHOUT_CALLS(ListFailures, IntrusiveLists, "tiLL_Init", "tiLL_IsEmp
 }
 
 ZEBCOMN_USE(CountedListFailures, InitAndEnd, "LinkedList_Init", "LinkedList_End") {
-  void* list = nullptr;
+  void* const nothing = &trial;
+  void* list = nothing;
   BOOL made = FALSE;
   trial.Call([&] { made = LinkedList_Init(&list); });
   EXPECT_EQ(made, trial.Failed() ? FALSE : TRUE);
-  EXPECT_EQ(list == nullptr, trial.Failed());
+  EXPECT_EQ(list == nothing, trial.Failed()) << "left alone without memory";
+  if (made == FALSE) return;
   trial.Call([&] { LinkedList_End(&list); });
   EXPECT_EQ(list, nullptr);
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);

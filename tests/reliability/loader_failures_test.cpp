@@ -181,6 +181,7 @@ ZEBCOMN_USE(LoaderFailures, ThreadCalls, "tivDisableThreadLibraryCalls") {
   BOOL disabled = FALSE;
   trial.Call([&] { disabled = tivDisableThreadLibraryCalls(module.get()); });
   EXPECT_EQ(disabled, TRUE) << "the library's own lock is taken anyhow";
+  EXPECT_EQ(pDynamicLibraryList[0]->thread_calls_disabled, 1);
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
 

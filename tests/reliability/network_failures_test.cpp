@@ -88,8 +88,8 @@ void PutOneLink(PrivateHost& host) {
   host.Ip("link set lo up");
   host.AddVeth("port0");
   host.Ip("addr add 192.0.2.7/24 dev port0");
-  host.Ip("addr add 2001:db8:1111:2222:3333::9/64 dev port0 nodad");
-  host.Ip("addr add fe80::1234:5678:9abc:def0/64 dev port0 nodad");
+  host.AddIpv6("2001:db8:1111:2222:3333::9/64", "port0");
+  host.AddIpv6("fe80::1234:5678:9abc:def0/64", "port0");
 }
 
 std::vector<std::string> InterfaceLines() {

@@ -57,6 +57,7 @@ ZEBCOMN_FRESH_USE(GuidFailures, FirstAndSecond, "tivCoCreateGuid") {
   trial.Call([&] { result = tivCoCreateGuid(second.data()); });
   EXPECT_EQ(result, second.data());
   EXPECT_NE(first, second);
+  EXPECT_TRUE(std::equal(second.begin() + 10, second.end(), no_node.begin() + 10)) << "no node";
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
 
@@ -69,9 +70,13 @@ ZEBCOMN_USE_WITHOUT_CALLS(GuidFailures, Text, "tivUuidToStringA") {
 
 ZEBCOMN_USE(ClockFailures, TickCount, "tivGetTickCount") {
   uint32_t ticks = 77;
+  const uint32_t before = tivGetTickCount();
   trial.Call([&] { ticks = tivGetTickCount(); });
+  const uint32_t after = tivGetTickCount();
   if (trial.FailedIn("sysconf")) {
     EXPECT_EQ(ticks, 0U);
+  } else if (!trial.Failed()) {
+    EXPECT_LE(ticks - before, after - before) << "between the two, as the count wraps";
   }
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
@@ -96,13 +101,17 @@ ZEBCOMN_USE(SystemNameFailures, ComputerName, "tivGetComputerName") {
 
 ZEBCOMN_USE_WITHOUT_CALLS(SystemNameFailures, Fixed, "tivGetWindowsDirectory",
                           "tivGetSystemDirectory", "tivTranslateMessage", "tivGetModuleFileName") {
+  char windows[ZEBCOMN_PATH_CAPACITY] = "";
+  char system[ZEBCOMN_PATH_CAPACITY] = "";
   char name[ZEBCOMN_PATH_CAPACITY] = "";
   trial.Call([&] {
-    EXPECT_EQ(tivGetWindowsDirectory(name, sizeof name), 4U);
-    EXPECT_EQ(tivGetSystemDirectory(name, sizeof name), 4U);
+    EXPECT_EQ(tivGetWindowsDirectory(windows, sizeof windows), 4U);
+    EXPECT_EQ(tivGetSystemDirectory(system, sizeof system), 4U);
     EXPECT_EQ(tivTranslateMessage(nullptr), TRUE);
     EXPECT_EQ(tivGetModuleFileName(nullptr, name, sizeof name), 0U);
   });
+  EXPECT_STREQ(windows, "/opt");
+  EXPECT_STREQ(system, "/usr");
 }
 
 }  // namespace

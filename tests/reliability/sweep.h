@@ -7,7 +7,8 @@
 /// the armed part makes, then with the 2nd, and so on until the use passes without having met its
 /// failure; each call fails once with each of its errors. After each run the sweep checks that no
 /// memory, descriptor or lock is lost, that the thread can still be cancelled, and that the use
-/// passes without a failure once more.
+/// passes without a failure once more. What a use does not ask for is checked too: `nErrno` must be
+/// as it was.
 ///
 /// To add a use, write
 ///
@@ -80,14 +81,17 @@ class Trial {
   /// The same for any function that takes memory.
   bool FailedInAllocation() const;
   int error() const { return plan_->error; }
-  /// `nErrno` after the last Call(); `kErrorLeftAlone` if the library did not store anything.
-  int ErrorSlot() const { return error_slot_; }
+  /// What the calls since the last question have stored in `nErrno`, the last of them if several
+  /// did; `kErrorLeftAlone` if none has. A run that ends without the question expects none.
+  int ErrorSlot() const;
 
   /// Says that this run leaves something behind by description, and why.
   void Leaves(const Remains& remains, const std::string& why);
 
   bool was_armed() const { return was_armed_; }
   const Remains& left() const { return left_; }
+  /// What has been stored in `nErrno` without a question after it.
+  int unasked_error_slot() const { return slot_is_asked_ ? kErrorLeftAlone : error_slot_; }
 
  private:
   class Armed {
@@ -103,6 +107,7 @@ class Trial {
 
   CallPlan* plan_;
   int error_slot_ = kErrorLeftAlone;
+  mutable bool slot_is_asked_ = false;
   bool was_armed_ = false;
   Remains left_;
 };

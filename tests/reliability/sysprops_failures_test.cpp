@@ -42,6 +42,11 @@ ZEBCOMN_USE_WITHOUT_CALLS(RecordOfPropertiesFailures, Made, "CPUInformation::CPU
     const NetworkInformation network;
     const OSInformation os;
     const ISysProps properties;
+    EXPECT_EQ(cpu.m_wstrCPUType, DefaultProp_Val);
+    EXPECT_EQ(disk.m_wstrNumberOfFileSystems, DefaultProp_Val);
+    EXPECT_EQ(memory.m_wstrFreeMemory, DefaultProp_Val);
+    EXPECT_EQ(misc.m_wstrUserName, DefaultProp_Val);
+    EXPECT_EQ(network.m_wstrIPAddress, DefaultProp_Val);
     EXPECT_EQ(os.m_wstrOSVersion, DefaultProp_Val);
   });
 }

@@ -86,6 +86,13 @@ ZEBCOMN_USE(TextHelperFailures, Strings, "tivmcomn_convert_to_upper", "tivmcomn_
     texts[4] = tivmcomn_long_to_ansi_string(number);
     wide = tivmcomn_long_to_wide_string(number);
   });
+  if (done) {
+    EXPECT_EQ(texts[0], "   A TEXT WITH BLANKS AROUND IT   ");
+    EXPECT_EQ(texts[1], "   a text with blanks around it   ");
+    EXPECT_EQ(texts[2], "A Text with Blanks around it   ");
+    EXPECT_EQ(texts[3], "   A Text with Blanks around it");
+    EXPECT_EQ(texts[4], std::to_string(number));
+  }
   EXPECT_EQ(wide, done ? std::to_wstring(number) : L"");
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }

@@ -5,8 +5,9 @@ usage: wrapped_calls_check.py NM LIBRARY TEST_PROGRAM CALLS_SOURCE REVIEWED
 
 Every C function that LIBRARY takes from elsewhere has a wrapper in TEST_PROGRAM, or stands in
 REVIEWED with the reason why it cannot fail or needs none. A wrapper of CALLS_SOURCE, or a line of
-REVIEWED, that LIBRARY does not need is an error too. The forms of one function ("open64",
-"__readlink_chk", "fread_unlocked") count as one. Of the C++ library only the operators that take
+REVIEWED, that LIBRARY does not need is an error too. For these two the forms of one function
+("open64", "__readlink_chk", "fread_unlocked") count as one; the wrapper must have the very name that
+LIBRARY calls. Of the C++ library only the operators that take
 memory are looked at: its other functions fail through them.
 """
 import re
@@ -38,9 +39,13 @@ def symbols(nm, which, file):
 
 
 def needed(nm, library):
+    """What the library calls of other libraries, name by name."""
     names = symbols(nm, "--undefined-only", library)
-    return {base_name(name) for name in names
-            if OPERATOR.fullmatch(name) or not name.startswith("_Z")}
+    return {name for name in names if OPERATOR.fullmatch(name) or not name.startswith("_Z")}
+
+
+def base_names(names):
+    return {base_name(name) for name in names}
 
 
 def wrappers(source):
@@ -64,12 +69,14 @@ def reviewed(path):
 
 def main():
     nm, library, program, source, list_path = sys.argv[1:6]
-    needs = needed(nm, library)
+    names = needed(nm, library)
+    names_in_program = symbols(nm, "--defined-only", program)
+    needs = base_names(names)
     wrapped = wrappers(source)
-    in_program = {base_name(name) for name in symbols(nm, "--defined-only", program)}
+    in_program = base_names(names_in_program)
     cannot_fail, on_some_targets = reviewed(list_path)
-    errors = [f"{name}: needed by the library, not wrapped and not in {list_path}"
-              for name in sorted(needs - in_program - set(cannot_fail))]
+    errors = [f"{name}: needed by the library, not wrapped under this name and not in {list_path}"
+              for name in sorted(names - names_in_program) if base_name(name) not in cannot_fail]
     errors += [f"{name}: wrapped, but the test program does not export it"
                for name in sorted(wrapped - in_program)]
     errors += [f"{name}: wrapped, but not needed by the library"

@@ -50,6 +50,10 @@ std::string ReadAll(int fd) {
 
 }  // namespace
 
+ChildDied::ChildDied(int status)
+    : std::runtime_error("the child process ended with status " + std::to_string(status)),
+      signal_(WIFSIGNALED(status) ? WTERMSIG(status) : 0) {}
+
 std::string RunInFreshProcess(const std::function<std::string()>& body) {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) Fail("pipe2");
@@ -66,7 +70,7 @@ std::string RunInFreshProcess(const std::function<std::string()>& body) {
   int status = 0;
   waitpid(child, &status, 0);
   if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || answer.empty()) {
-    throw std::runtime_error("the child process ended with status " + std::to_string(status));
+    throw ChildDied(status);
   }
   if (answer[0] != kSuccess) throw std::runtime_error(answer.substr(1));
   return answer.substr(1);

@@ -2,9 +2,22 @@
 #define ZEBCOMN_TESTS_SUPPORT_FRESH_PROCESS_H_
 
 #include <functional>
+#include <stdexcept>
 #include <string>
 
 namespace zebcomn_test {
+
+/// What RunInFreshProcess() throws when the child does not come to its end.
+class ChildDied : public std::runtime_error {
+ public:
+  /// `status` is that of waitpid().
+  explicit ChildDied(int status);
+  /// The signal that ended the child; 0 when it called exit() itself.
+  int signal() const { return signal_; }
+
+ private:
+  int signal_;
+};
 
 /// Runs `body` in a child process and returns the text that it returned, so that what the body does
 /// to the process's state (statics of the library, environment, locale, name spaces) ends with it.

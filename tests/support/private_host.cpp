@@ -127,6 +127,18 @@ void PrivateHost::AddVeth(const std::string& name) {
   Ip("link set " + name + "-peer up");
 }
 
+void PrivateHost::AddIpv6(const std::string& address, const std::string& link) {
+  Ip("addr add " + address + " dev " + link + " nodad");
+  constexpr int kPatience = 2000;
+  const std::string alone = address.substr(0, address.find('/'));
+  for (int look = 0; look < kPatience; ++look) {
+    const CommandResult routes =
+        RunCommand({"ip", "-6", "route", "show", "table", "local", "exact", alone});
+    if (!routes.out.empty()) return;
+  }
+  throw std::runtime_error("no route to " + address + " of our own");
+}
+
 std::string WhyNoPrivateHost() {
   try {
     RunInPrivateHost([](PrivateHost& host) {

@@ -29,6 +29,10 @@ class PrivateHost {
   /// Makes the pair of links `name` and `name`-peer, both up; the private network has no others
   /// than the loopback link, which is down at first.
   void AddVeth(const std::string& name);
+  /// Gives a link that is up an IPv6 address ("2001:db8::7/64") and waits until it can be used: the
+  /// kernel does not look for another owner of it first, and routes it to the host itself. It makes
+  /// that route behind the call's back; a connection made before goes out and finds nobody.
+  void AddIpv6(const std::string& address, const std::string& link);
 
  private:
   void OverlayEtc();

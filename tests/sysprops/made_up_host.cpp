@@ -114,7 +114,7 @@ void AddMadeUpLinks(PrivateHost& host) {
   host.Ip("addr add 192.0.2.7/24 dev port0");
   host.Ip("addr add 192.0.2.200/25 dev port0");
   host.Ip("addr add 198.51.100.9/16 dev port1");
-  host.Ip("addr add 2001:db8::9/32 dev port1 nodad");
+  host.AddIpv6("2001:db8::9/32", "port1");
 }
 
 const Values& MadeUpValues() {

@@ -30,7 +30,7 @@ void AddPort0(PrivateHost& host) {
   host.AddVeth("port0");
   host.Ip("link set port0 address 02:1a:2b:3c:4d:5e");
   host.Ip("addr add 192.0.2.7/24 dev port0");
-  host.Ip("addr add 2001:db8::7/64 dev port0 nodad");
+  host.AddIpv6("2001:db8::7/64", "port0");
   UseHostsFile(host,
                "192.0.2.8 peer.example\n"
                "192.0.2.9 several.example\n"
