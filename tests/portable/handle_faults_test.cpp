@@ -1,4 +1,5 @@
-// Each call of the C library that the handle calls make fails once, in each place.
+// Each call of the C library that the calls on a handle, and the interlocked counters, make fails
+// once, in each place; creation_faults_test.cpp has the creations.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
@@ -7,157 +8,31 @@
 #include <cstring>
 #include <memory>
 
+#include "tests/portable/fails_under.h"
 #include "tests/portable/interposed_calls.h"
 #include "tests/portable/owned_handle.h"
-#include "tests/support/expected_leak.h"
 #include "tests/support/scratch_dir.h"
 #include "zebcomn/portable/error.h"
 #include "zebcomn/portable/file_record_internal.h"
 #include "zebcomn/portable/global_mutexes.h"
 #include "zebcomn/portable/interlocked.h"
-#include "zebcomn/portable/tls.h"
 
 namespace {
 
 using zebcomn_test::Call;
 using zebcomn_test::CallWatch;
-using zebcomn_test::ExpectedLeak;
+using zebcomn_test::ClearErrorSlot;
+using zebcomn_test::FailsUnder;
 using zebcomn_test::kAllocationIsInterposed;
+using zebcomn_test::kErrorLeftAlone;
 using zebcomn_test::NewEvent;
 using zebcomn_test::NewThread;
 using zebcomn_test::OwnedHandle;
 using zebcomn_test::Poll;
 using zebcomn_test::WaitForEver;
 
-constexpr int kUntouched = 77;
-
-// One call that fails in a creation, and what is seen of it.
-struct CreationFault {
-  Call call;
-  int nth;
-  int error_slot;   // nErrno afterwards.
-  int left_behind;  // Blocks of memory that are never freed.
-};
-
-// Expects `create` to give `failure` under each fault, and to leave what the fault says.
-template <typename Create, size_t kFaults>
-void ExpectFaults(const CreationFault (&faults)[kFaults], HANDLE failure, const Create& create) {
-  for (const CreationFault& fault : faults) {
-    if (fault.call == Call::kMalloc && !kAllocationIsInterposed) continue;
-    SCOPED_TRACE(testing::Message()
-                 << "call " << static_cast<int>(fault.call) << ", place " << fault.nth);
-    // Some of the faults leave behind what the table says.
-    const ExpectedLeak omission;
-    nErrno = kUntouched;
-    HANDLE handle = nullptr;
-    int left_behind = 0;
-    bool failed = false;
-    {
-      const CallWatch watch(fault.call, fault.nth, EAGAIN);
-      handle = create();
-      left_behind = watch.UnfreedBlocks();
-      failed = watch.Failed();
-    }
-    EXPECT_TRUE(failed);
-    EXPECT_EQ(handle, failure);
-    EXPECT_EQ(nErrno, fault.error_slot);
-    if (kAllocationIsInterposed) {
-      EXPECT_EQ(left_behind, fault.left_behind);
-    }
-  }
-}
-
-TEST(AllocationFaults, AreInterposed) {
-  if (!kAllocationIsInterposed) GTEST_SKIP() << "malloc() belongs to the sanitizer";
-  const CallWatch watch;
-  const OwnedHandle event(NewEvent());
-  EXPECT_EQ(watch.Count(Call::kMalloc), 1);
-  EXPECT_EQ(watch.UnfreedBlocks(), 1);
-}
-
-TEST(CreationFaults, Event) {
-  constexpr CreationFault kFaults[] = {
-      {Call::kMalloc, 1, ENOMEM, 0},        {Call::kCondInit, 1, kUntouched, 0},
-      {Call::kMutexInit, 1, kUntouched, 0}, {Call::kMutexLock, 1, EBUSY, 0},
-      {Call::kCondBroadcast, 1, EBUSY, 0},  {Call::kMutexUnlock, 1, EBUSY, 0},
-  };
-  ExpectFaults(kFaults, nullptr, [] { return NewEvent(1); });
-}
-
-TEST(CreationFaults, EventThatIsNotSignalledTakesNoLock) {
-  const CallWatch watch;
-  const OwnedHandle event(NewEvent(0));
-  EXPECT_EQ(watch.Count(Call::kMutexLock), 0);
-}
-
-TEST(CreationFaults, MutexKeepsTheOwnershipLocksMemoryWhenItsRecordCannotBeMade) {
-  constexpr CreationFault kFaults[] = {
-      {Call::kMalloc, 1, ENOMEM, 0},        {Call::kMalloc, 2, ENOMEM, 0},
-      {Call::kCondInit, 1, kUntouched, 1},  {Call::kMutexInit, 1, kUntouched, 1},
-      {Call::kMutexInit, 2, kUntouched, 0}, {Call::kMutexLock, 1, kUntouched, 0},
-  };
-  ExpectFaults(kFaults, nullptr, [] { return tivCreateMutex(nullptr, 1, nullptr); });
-}
-
 DWORD DoNothing(void* /*parameter*/) {
   return 0;
-}
-
-constexpr CreationFault kThreadFaults[] = {
-    {Call::kMalloc, 1, ENOMEM, 0},
-    {Call::kMalloc, 2, ENOMEM, 0},
-    {Call::kMalloc, 3, kUntouched, 0},
-    {Call::kCondInit, 1, kUntouched, 0},
-    {Call::kMutexInit, 1, kUntouched, 0},
-    {Call::kAttrInit, 1, kUntouched, 0},
-    {Call::kAttrSetdetachstate, 1, kUntouched, 0},
-    {Call::kThreadCreate, 1, kUntouched, 0},
-};
-
-TEST(CreationFaults, Thread) {
-  ExpectFaults(kThreadFaults, TIV_INVALID_HANDLE, [] {
-    DWORD id = kUntouched;
-    HANDLE thread = tivBeginThread(nullptr, 0, DoNothing, nullptr, 0, &id);
-    EXPECT_EQ(id, DWORD{kUntouched});
-    return thread;
-  });
-}
-
-TEST(CreationFaults, ThreadFailureIsNullInTheOtherForm) {
-  ExpectFaults(kThreadFaults, nullptr, [] { return NewThread(DoNothing, nullptr); });
-}
-
-TEST(CreationFaults, ThreadLocksAreDestroyed) {
-  struct Row {
-    Call call;
-    int conditions;
-    int mutexes;
-  };
-  for (const Row& row : {Row{Call::kCondInit, 0, 0}, Row{Call::kMutexInit, 1, 0},
-                         Row{Call::kAttrInit, 1, 1}, Row{Call::kThreadCreate, 1, 1}}) {
-    const CallWatch watch(row.call, 1, EAGAIN);
-    EXPECT_EQ(NewThread(DoNothing, nullptr), nullptr);
-    EXPECT_EQ(watch.Count(Call::kCondDestroy), row.conditions);
-    EXPECT_EQ(watch.Count(Call::kMutexDestroy), row.mutexes);
-  }
-}
-
-TEST(CreationFaults, ThreadAttributesAreDestroyed) {
-  for (const auto& [call, destroyed] :
-       {std::pair{Call::kAttrInit, 0}, {Call::kAttrSetdetachstate, 1}, {Call::kThreadCreate, 1}}) {
-    const CallWatch watch(call, 1, EAGAIN);
-    EXPECT_EQ(NewThread(DoNothing, nullptr), nullptr);
-    EXPECT_EQ(watch.Count(Call::kAttrDestroy), destroyed);
-  }
-}
-
-// A call on a handle that a fault makes FALSE, and whether the record is left locked.
-template <typename Operation>
-bool FailsUnder(Call call, int nth, const Operation& operation) {
-  nErrno = kUntouched;
-  const CallWatch watch(call, nth, EINVAL);
-  const bool refused = operation() == 0;
-  return refused && watch.Failed() && nErrno == kUntouched;
 }
 
 bool IsLocked(_tivHandleObject_t* record) {
@@ -239,11 +114,11 @@ TEST(WaitFaults, Sleeps) {
                          Row{Call::kCondTimedwait, 1000, EINVAL, TIV_WAIT_FAILED},
                          Row{Call::kCondTimedwait, 1000, EPERM, TIV_WAIT_FAILED},
                          Row{Call::kCondTimedwait, 1000, ETIMEDOUT, TIV_WAIT_TIMEOUT}}) {
-    nErrno = kUntouched;
+    ClearErrorSlot();
     const CallWatch watch(row.call, 1, row.error);
     EXPECT_EQ(tivWaitForSingleObject(event.get(), row.timeout), row.result);
     EXPECT_TRUE(watch.Failed());
-    EXPECT_EQ(nErrno, kUntouched);
+    EXPECT_EQ(nErrno, kErrorLeftAlone);
     EXPECT_FALSE(IsLocked(event.record()));
   }
 }
@@ -361,50 +236,6 @@ TEST(ThreadEndFaults, HandleIsSignalledAllTheSame) {
     while (__atomic_load_n(flag, __ATOMIC_ACQUIRE) != 1) sched_yield();
     EXPECT_EQ(WaitForEver(thread), TIV_WAIT_SIGNALLED);
     EXPECT_EQ(tivCloseHandle(thread), TRUE);
-  }
-}
-
-TEST(TlsFaults, Alloc) {
-  for (const CreationFault& fault : {CreationFault{Call::kMalloc, 1, ENOMEM, 0},
-                                     CreationFault{Call::kKeyCreate, 1, kUntouched, 0}}) {
-    if (fault.call == Call::kMalloc && !kAllocationIsInterposed) continue;
-    nErrno = kUntouched;
-    const CallWatch watch(fault.call, fault.nth, EAGAIN);
-    EXPECT_EQ(tivTlsAlloc(), TIV_INVALID_DWORD);
-    EXPECT_TRUE(watch.Failed());
-    EXPECT_EQ(nErrno, fault.error_slot);
-    if (kAllocationIsInterposed) {
-      EXPECT_EQ(watch.UnfreedBlocks(), 0);
-    }
-    EXPECT_EQ(pTlsKeyTable[0], nullptr);
-    EXPECT_EQ(nTlsOwnerTable[0], 0);
-  }
-}
-
-TEST(TlsFaults, SlotIsClearedEvenWhenItsKeyCannotBeDeleted) {
-  const DWORD slot = tivTlsAlloc();
-  const pthread_key_t key = *pTlsKeyTable[slot];
-  EXPECT_TRUE(FailsUnder(Call::kKeyDelete, 1, [&] { return tivTlsFree(slot); }));
-  EXPECT_EQ(pTlsKeyTable[slot], nullptr);
-  EXPECT_EQ(nTlsOwnerTable[slot], 0);
-  EXPECT_EQ(pthread_key_delete(key), 0);
-}
-
-TEST(TlsFaults, ValueThatCannotBeStoredLeavesTheOldOne) {
-  const DWORD slot = tivTlsAlloc();
-  int values[2];
-  EXPECT_EQ(tivTlsSetValue(slot, &values[0]), TRUE);
-  EXPECT_TRUE(FailsUnder(Call::kSetspecific, 1, [&] { return tivTlsSetValue(slot, &values[1]); }));
-  EXPECT_EQ(tivTlsGetValue(slot), &values[0]);
-  EXPECT_EQ(tivTlsFree(slot), TRUE);
-}
-
-TEST(TlsFaults, TheLibrarysOwnLockIsTakenAnyhow) {
-  for (const Call call : {Call::kMutexLock, Call::kMutexUnlock}) {
-    const CallWatch watch(call, 1, EAGAIN);
-    const DWORD slot = tivTlsAlloc();
-    EXPECT_TRUE(watch.Failed());
-    EXPECT_EQ(tivTlsFree(slot), TRUE);
   }
 }
 
