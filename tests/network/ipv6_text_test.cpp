@@ -275,7 +275,34 @@ TEST(FindNthOccuranceOf, LongTextsAndPatternsAreSearchedAlike) {
   EXPECT_EQ(findNthOccuranceOf(text, pattern, 4), std::string::npos);
   EXPECT_EQ(findNthOccuranceOf(text, text, 1), 0U);
   EXPECT_EQ(findNthOccuranceOf(text, text + 'a', 1), std::string::npos);
-  EXPECT_EQ(findNthOccuranceOf(std::string(100'000, 'a'), std::string(50'000, 'a'), 3), 2U);
+  EXPECT_EQ(findNthOccuranceOf(text, pattern, 0), std::string::npos);
+}
+
+// A pattern that occurs everywhere: searched anew for each occurrence it would take minutes.
+TEST(FindNthOccuranceOf, ManyOverlappingOccurrencesAreNoBurden) {
+  const std::string text(1'000'000, 'a');
+  const std::string pattern(500'000, 'a');
+  EXPECT_EQ(findNthOccuranceOf(text, pattern, 400'000), 399'999U);
+  EXPECT_EQ(findNthOccuranceOf(text, pattern, 500'001), 500'000U);
+  EXPECT_EQ(findNthOccuranceOf(text, pattern, 500'002), std::string::npos);
+}
+
+TEST(FindNthOccuranceOf, AgreesWithASearchForEachOccurrence) {
+  std::mt19937 engine(20240607);
+  const auto draw = [&](size_t length) {
+    std::string text(length, 'a');
+    for (char& letter : text) letter = engine() % 8 == 0 ? 'b' : 'a';
+    return text;
+  };
+  for (int round = 0; round < 300; ++round) {
+    const std::string pattern = draw(1 + engine() % 12);
+    const std::string text = draw(4096 / pattern.size() + engine() % 200);
+    size_t place = std::string::npos;
+    for (unsigned int n = 1; n <= 40; ++n) {
+      if (n == 1 || place != std::string::npos) place = text.find(pattern, place + 1);
+      ASSERT_EQ(findNthOccuranceOf(text, pattern, n), place) << pattern << " in " << text;
+    }
+  }
 }
 
 /// Texts over the characters that mean something to these functions, and bytes that mean nothing.

@@ -54,6 +54,15 @@ ZEBCOMN_USE_WITHOUT_CALLS(AddressTextFailures, InPlace, "convertLiteralFormatToV
   EXPECT_EQ(mac, "001a2b3c4d5e");
 }
 
+ZEBCOMN_USE(AddressTextFailures, NthOfALongText, "findNthOccuranceOf") {
+  const std::string text(1000, 'a');
+  const std::string pattern(900, 'a');
+  size_t place = 0;
+  trial.Call([&] { place = findNthOccuranceOf(text, pattern, 3); });
+  EXPECT_EQ(place, 2U) << "without the table too";
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
 ZEBCOMN_USE(AddressTextFailures, Subnet, "calculateSubNetAddrForV6") {
   // A group with a blank goes through a text of its own.
   const std::string mask = "ffff:ffff:ffff:ffff:ffff:ffff: 00000000000000000000ffff:0";

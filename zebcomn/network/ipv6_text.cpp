@@ -155,13 +155,5 @@ std::string convertLiteralFormatToV6Addr(std::string literal) {
 
 std::string::size_type findNthOccuranceOf(const std::string& text, const std::string& pattern,
                                           const unsigned int& n) {
-  size_t position = std::string::npos;
-  for (unsigned int found = 0; found < n; ++found) {
-    const size_t start = position + 1;
-    if (start > text.size()) return std::string::npos;
-    const size_t place = zebcomn::FindText(std::string_view(text).substr(start), pattern);
-    if (place == std::string::npos) return std::string::npos;
-    position = start + place;
-  }
-  return position;
+  return zebcomn::FindNthText(text, pattern, n);
 }
