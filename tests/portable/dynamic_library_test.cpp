@@ -12,6 +12,7 @@
 #include "tests/portable/module_fixture.h"
 #include "tests/support/error_slot.h"
 #include "tests/support/expected_leak.h"
+#include "tests/support/huge_text.h"
 #include "tests/support/scratch_dir.h"
 #include "zebcomn/util/text_conversion.h"
 
@@ -425,6 +426,16 @@ TEST_F(DynamicLibraryTest, DllMainCannotDisableThreadCallsAtItsLoadButAtItsUnloa
   };
   EXPECT_EQ(tivFreeLibrary(tivLoadLibrary(ObservedModule().c_str(), nullptr)), TRUE);
   EXPECT_EQ(results, (std::vector<BOOL>{FALSE, TRUE}));
+}
+
+TEST_F(DynamicLibraryTest, AWideNameThatNoTextTakesIsNotLoaded) {
+  if (sizeof(void*) != 4) GTEST_SKIP() << "a text takes every name that there is in 64 bits";
+  const zebcomn_test::HugeText text(zebcomn_test::kLongerThanAnyText);
+  if (!text.IsMapped()) GTEST_SKIP() << "no room for it between what the process has mapped";
+  const auto* const name = reinterpret_cast<const wchar_t*>(text.c_str());
+  const wchar_t* message = nullptr;
+  EXPECT_NO_THROW(EXPECT_EQ(tivLoadLibraryW(name, &message), nullptr));
+  EXPECT_STREQ(message, L"out of memory");
 }
 
 }  // namespace

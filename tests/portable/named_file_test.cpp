@@ -10,6 +10,7 @@
 
 #include "tests/support/descriptors.h"
 #include "tests/support/error_slot.h"
+#include "tests/support/huge_text.h"
 #include "tests/support/scratch_dir.h"
 
 namespace {
@@ -129,6 +130,15 @@ TEST_F(NamedFileTest, FilesHaveNoVersionResource) {
   EXPECT_EQ(data, 'u');
   EXPECT_EQ(length, 77u);
   EXPECT_EQ(value, &data);
+}
+
+TEST_F(NamedFileTest, ATemporaryNameThatNoTextTakesIsAFailure) {
+  if (sizeof(void*) != 4) GTEST_SKIP() << "a text takes every name that there is in 64 bits";
+  const zebcomn_test::HugeText text(zebcomn_test::kLongerThanAnyText);
+  if (!text.IsMapped()) GTEST_SKIP() << "no room for it between what the process has mapped";
+  char name[] = "old";
+  EXPECT_NO_THROW(EXPECT_EQ(tivGetTempFileName(text.c_str(), nullptr, 1, name), 0u));
+  EXPECT_STREQ(name, "old");
 }
 
 }  // namespace

@@ -277,6 +277,26 @@ TEST(ThreadEntry, CleanupOfADetachedBlockSetsOnlyTheDummy) {
   EXPECT_EQ(objects.flag, 0);
 }
 
+// Objects of a caller that lie as those of a handle record do used to be taken for one, and what
+// stood behind them was overwritten.
+TEST(ThreadEntry, ObjectsInTheOrderOfARecordAreNoRecord) {
+  struct {
+    int32_t flag = 0;
+    pthread_cond_t cond = PTHREAD_COND_INITIALIZER;
+    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+    uintptr_t behind[2] = {5, 7};
+  } objects;
+  ASSERT_EQ(reinterpret_cast<char*>(&objects.mutex) - reinterpret_cast<char*>(&objects.flag),
+            static_cast<ptrdiff_t>(offsetof(_tivHandleObject_t, mutex) -
+                                   offsetof(_tivHandleObject_t, bSignalled)));
+  auto* block = static_cast<TivThreadStartBlock*>(std::malloc(sizeof(TivThreadStartBlock)));
+  *block = {&objects.mutex, &objects.cond, &objects.flag, DoNothing, nullptr};
+  tivCleanupThread(block);
+  EXPECT_EQ(objects.flag, 1);
+  EXPECT_EQ(objects.behind[0], 5u);
+  EXPECT_EQ(objects.behind[1], 7u);
+}
+
 TEST(ThreadEntry, CleanupSignalsAnEventsRecord) {
   const OwnedHandle event(NewEvent());
   auto* block = static_cast<TivThreadStartBlock*>(std::malloc(sizeof(TivThreadStartBlock)));

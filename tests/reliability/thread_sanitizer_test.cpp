@@ -2,7 +2,7 @@
 
 namespace {
 
-TEST(FailingCalls, EveryFailureOnce) {
+TEST(WrappedCalls, OneAfterTheOther) {
   GTEST_SKIP() << "the thread sanitizer makes the wrapped calls before it is ready for a wrapper";
 }
 

@@ -92,7 +92,10 @@ ZEBCOMN_PLAIN bool IsDue(CallPlan* plan, const char* function, int error_count) 
   plan->function = function;
   plan->nth = nth;
   plan->error_choices = error_count;
-  return true;
+  if (plan->instead == nullptr) return true;
+  const InsideCall inside;
+  plan->instead();
+  return false;
 }
 
 }  // namespace

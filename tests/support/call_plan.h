@@ -18,6 +18,7 @@ struct CallCount {
 struct CallPlan {
   long failing_call;  ///< Which call fails, counted from 1; 0 for none.
   int error_choice;   ///< Which of the failing function's errors it fails with, counted from 0.
+  void (*instead)();  ///< Called before that call, which then does not fail; null for a failure.
 
   long calls;              ///< Calls seen so far.
   const char* function;    ///< The function that was made to fail; null for none so far.

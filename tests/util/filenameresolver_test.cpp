@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/huge_text.h"
 #include "tests/support/private_host.h"
 #include "tests/support/scratch_dir.h"
 
@@ -213,6 +214,15 @@ TEST_F(FileNameResolverTest, FlatGetReportsTheSizeNeededAndOverrunsNoBuffer) {
       EXPECT_EQ(buffer[needed], '#');
     }
   }
+}
+
+TEST_F(FileNameResolverTest, FlatCreateOfAPathThatNoTextTakesFails) {
+  if (sizeof(void*) != 4) GTEST_SKIP() << "a text takes every name that there is in 64 bits";
+  const zebcomn_test::HugeText text(zebcomn_test::kLongerThanAnyText);
+  if (!text.IsMapped()) GTEST_SKIP() << "no room for it between what the process has mapped";
+  void* resolver = nullptr;
+  EXPECT_NO_THROW(EXPECT_EQ(tivmcomn_filenameresolver_create(text.c_str(), &resolver), kFailure));
+  EXPECT_EQ(resolver, nullptr);
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 #include "zebcomn/util/text_conversion.h"
 
 #include <gtest/gtest.h>
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include <cstring>
 #include <cwchar>
@@ -12,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/support/huge_text.h"
 #include "zebcomn/portable/error.h"
 #include "zebcomn/util/byte_order.h"
 #include "zebcomn/util/string_helpers.h"
@@ -251,42 +250,9 @@ TEST(Utf8ToUnicode, RefusesACapacityOfZeroOrLess) {
   EXPECT_EQ(std::wstring(buffer), L"old");
 }
 
-/// A text of `size` times "a" that takes the memory of one piece, `size` being a multiple of it:
-/// the piece is mapped again and again, and the page behind the last one holds the NUL.
-class HugeText {
- public:
-  static constexpr size_t kPiece = size_t{2} * 1024 * 1024;
-
-  explicit HugeText(size_t size) : size_(size), file_(memfd_create("text", MFD_CLOEXEC)) {
-    const std::string piece(kPiece, 'a');
-    const bool written = write(file_, piece.data(), piece.size()) == ssize_t{kPiece};
-    text_ = mmap(nullptr, size_ + kPiece, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    mapped_ = written && text_ != MAP_FAILED;
-    for (size_t at = 0; mapped_ && at < size_; at += kPiece) {
-      mapped_ = mmap(static_cast<char*>(text_) + at, kPiece, PROT_READ, MAP_SHARED | MAP_FIXED,
-                     file_, 0) != MAP_FAILED;
-    }
-  }
-  ~HugeText() {
-    if (text_ != MAP_FAILED) munmap(text_, size_ + kPiece);
-    close(file_);
-  }
-  HugeText(const HugeText&) = delete;
-  HugeText& operator=(const HugeText&) = delete;
-
-  bool IsMapped() const { return mapped_; }
-  const char* c_str() const { return static_cast<const char*>(text_); }
-
- private:
-  size_t size_;
-  int file_;
-  void* text_ = MAP_FAILED;
-  bool mapped_ = false;
-};
-
 TEST(Utf8ToUnicode, ATextWhoseWideFormFitsNoAddressSpaceIsAFailure) {
   if (sizeof(void*) != 4) GTEST_SKIP() << "every text that there is has a wide form in 64 bits";
-  const HugeText text(size_t{512} * 1024 * 1024);
+  const zebcomn_test::HugeText text(size_t{512} * 1024 * 1024);
   ASSERT_TRUE(text.IsMapped());
   wchar_t wide[8] = L"old";
   int capacity = std::numeric_limits<int>::max();

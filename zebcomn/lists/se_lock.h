@@ -62,8 +62,8 @@ enum {
 /// decline (it stays).
 ///
 /// It runs with the lock's spin word taken, so it must not call into the same lock, must not end by
-/// an exception or a cancellation, and should be quick: every other thread that calls into the lock
-/// spins meanwhile.
+/// an exception or pthread_exit(), and should be quick: every other thread that calls into the lock
+/// spins meanwhile. It runs with cancellation disabled.
 typedef uint32_t (*tiSO_NotifyCallback_t)(uintptr_t first, uint32_t event_code, uintptr_t second,
                                           uint32_t zero);
 

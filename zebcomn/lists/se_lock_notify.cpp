@@ -5,6 +5,7 @@
 #include "zebcomn/lists/se_lock.h"
 #include "zebcomn/lists/se_lock_internal.h"
 #include "zebcomn/lists/spin_lock_internal.h"
+#include "zebcomn/portable/cancellation_internal.h"
 
 namespace zebcomn {
 namespace {
@@ -26,6 +27,9 @@ tiSO_NotifyRecord_t* RecordOf(tiLL_element_t* link) {
 /// \return that one's record, which has left the list; null when none accepts.
 template <typename Matches>
 tiSO_NotifyRecord_t* Tell(tiSO_SELock_t* lock, uint32_t event_code, Matches matches) {
+  // A callback that a cancellation ended would leave the client registered that it had accepted
+  // for, and may have been called where nothing can be unwound.
+  const CancellationHeldOff no_cancellation;
   tiLL_element_t* previous = tiLL_XGetStart(&lock->notify_list);
   tiLL_element_t* current = tiLL_XGetNext(previous);
   for (; tiLL_XIsEnd(current) == FALSE; previous = current, current = tiLL_XGetNext(current)) {

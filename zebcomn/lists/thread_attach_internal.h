@@ -19,8 +19,9 @@ extern uint32_t g_identity_stamp;
 
 /// tiSO_DbgGetThread() without the call. The index is a plain object of the interface.
 inline uintptr_t StoredIdentity() {
-  return reinterpret_cast<uintptr_t>(
-      TlsValueOf(LoadAcquire(&tiSO_tls_index), LoadRelaxed(&g_identity_stamp)));
+  // The index first: whoever sees it sees the stamp that was stored before it.
+  const DWORD slot = LoadAcquire(&tiSO_tls_index);
+  return reinterpret_cast<uintptr_t>(TlsValueOf(slot, LoadRelaxed(&g_identity_stamp)));
 }
 
 /// tiSO_GetThread() without the calls.

@@ -14,6 +14,7 @@
 #include "zebcomn/network/ipv6_text_internal.h"
 #include "zebcomn/network/name_text_internal.h"
 #include "zebcomn/network/netinterface.h"
+#include "zebcomn/portable/cancellation_internal.h"
 #include "zebcomn/portable/unique_fd_internal.h"
 
 namespace {
@@ -31,6 +32,15 @@ bool IsWanted(const ifaddrs& entry, bool include_loopback) {
   if ((entry.ifa_flags & IFF_LOOPBACK) != 0 && !include_loopback) return false;
   const auto family = entry.ifa_addr->sa_family;
   return family == AF_INET || family == AF_INET6;
+}
+
+/// The chain of the host's addresses; null when the system does not give it.
+zebcomn::IfaddrsPtr ReadInterfaces() {
+  // The C library says that this call cannot be unwound, but it reads from a socket: a thread that
+  // was cancelled there would end the process.
+  const zebcomn::CancellationHeldOff no_cancellation;
+  ifaddrs* chain = nullptr;
+  return zebcomn::IfaddrsPtr(getifaddrs(&chain) == 0 ? chain : nullptr);
 }
 
 /// What one entry of the chain says, as texts.
@@ -73,12 +83,10 @@ void Record(NetInterfaceList& list, const ifaddrs& entry, unsigned int family,
 }  // namespace
 
 int NetInterfaceList::initialize() {
-  ifaddrs* chain = nullptr;
-  if (getifaddrs(&chain) != 0) return 0;
-  const zebcomn::IfaddrsPtr owner(chain);
+  const zebcomn::IfaddrsPtr chain = ReadInterfaces();
   int recorded = 0;
   try {
-    for (const ifaddrs* entry = chain; entry != nullptr; entry = entry->ifa_next) {
+    for (const ifaddrs* entry = chain.get(); entry != nullptr; entry = entry->ifa_next) {
       if (!IsWanted(*entry, include_loopback_)) continue;
       const unsigned int family = entry->ifa_addr->sa_family;
       EntryTexts texts;

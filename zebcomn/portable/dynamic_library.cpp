@@ -4,10 +4,12 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <new>
 #include <string>
 
 #include "zebcomn/portable/bounded_text_internal.h"
+#include "zebcomn/portable/cancellation_internal.h"
 #include "zebcomn/portable/error_internal.h"
 #include "zebcomn/portable/global_mutexes.h"
 #include "zebcomn/portable/held_mutex_internal.h"
@@ -88,6 +90,8 @@ void FillRecord(TivLibraryRecord& record, const char* name, void* module, TivEnt
 
 /// Loads the module of an entry whose record is still empty.
 void* LoadIntoEntry(TivLibraryRecord** entry, const char* name) {
+  // The module's code runs from here on. A cancellation in it would leave the entry taken for good.
+  const zebcomn::CancellationHeldOff no_cancellation;
   void* module = nullptr;
   char reason[zebcomn::kMessageCapacity] = "";
   if (name == nullptr || load_shared_object_image(&module, name, reason) != TRUE) {
@@ -129,6 +133,8 @@ bool IsListed(const void* module) {
 BOOL ReleaseEntry(TivLibraryRecord** entry) {
   TivLibraryRecord& record = **entry;
   if (--record.reference_count >= 1) return TRUE;
+  // A cancellation in the module's code would leave it loaded with no load to give back.
+  const zebcomn::CancellationHeldOff no_cancellation;
   if (record.entry_routine != nullptr) {
     record.entry_routine(record.module, TIV_PROCESS_DETACH, nullptr);
   }
@@ -142,7 +148,7 @@ BOOL ReleaseEntry(TivLibraryRecord** entry) {
 bool NarrowName(const wchar_t* name, std::string& narrow) try {
   narrow = quenty_com::pelu::tivmcomn_wide_to_ansi(name);
   return !narrow.empty() || *name == L'\0';
-} catch (const std::bad_alloc&) {
+} catch (const std::exception&) {  // No memory, or a name too long for any text.
   return false;
 }
 

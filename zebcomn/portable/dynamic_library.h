@@ -10,7 +10,8 @@
 ///  - A module that exports "DllMain" is told of its load (reason 1) and, before it is unloaded, of
 ///    its unload (reason 0). "DllMain" runs with `MutexDynamicLibraryList` held, and so do the
 ///    module's own constructors and destructors: they must not load or free libraries, and the
-///    calling thread must not hold that mutex. "DllMain" must return; it must not throw.
+///    calling thread must not hold that mutex. "DllMain" must return; it must not throw. All of
+///    them run with cancellation disabled.
 ///  - A call that has a message pointer stores there, when it is not null, the address of its own
 ///    process-wide text: empty, or the reason of a failure. The text is the library's; the next
 ///    call of the same function, in any thread, overwrites it.

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "zebcomn/portable/cancellation_internal.h"
 #include "zebcomn/portable/file_record_internal.h"
 #include "zebcomn/portable/handle_internal.h"
 #include "zebcomn/portable/held_mutex_internal.h"
@@ -17,6 +18,8 @@ int32_t bDummyThreadSignalled = 0;
 namespace {
 
 BOOL EndFile(_tivHandleObject_t* record) {
+  // The last reference is given up: a cancellation here would lose descriptor and record.
+  const zebcomn::CancellationHeldOff no_cancellation;
   auto* file = static_cast<FileRecord*>(record->pObject);
   if (close(file->descriptor) != 0) return FALSE;
   if (file->delete_on_close == 1 && std::remove(file->path) != 0) return FALSE;

@@ -1,13 +1,12 @@
 #include "zebcomn/portable/named_file.h"
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <new>
+#include <exception>
 #include <string>
 
+#include "zebcomn/portable/unique_fd_internal.h"
 #include "zebcomn/util/file_copy.h"
 
 namespace {
@@ -15,9 +14,7 @@ namespace {
 /// Makes the file and gives its path; empty when that fails.
 std::string MakeTemporaryFile(const char* directory, const char* prefix) {
   std::string path = std::string(directory) + "/" + (prefix == nullptr ? "" : prefix) + "XXXXXX";
-  const int descriptor = mkstemp(path.data());
-  if (descriptor == -1) return {};
-  close(descriptor);
+  if (!zebcomn::UniqueFd(mkstemp(path.data())).IsOpen()) return {};
   return path;
 }
 
@@ -31,7 +28,7 @@ UINT tivGetTempFileName(const char* lpPathName, const char* lpPrefixString, UINT
   // Kept: the copy has no limit; callers provide a buffer for the longest path that they pass.
   std::memcpy(lpTempFileName, path.c_str(), path.size() + 1);
   return uUnique == 0 ? 1 : uUnique;
-} catch (const std::bad_alloc&) {
+} catch (const std::exception&) {  // No memory, or a name too long for any text.
   return 0;
 }
 

@@ -6,6 +6,7 @@
 
 #include "zebcomn/portable/error_internal.h"
 #include "zebcomn/portable/handle_internal.h"
+#include "zebcomn/portable/thread_end_internal.h"
 
 namespace {
 
@@ -32,16 +33,6 @@ _tivHandleObject_t* AllocateThreadRecord() {
   return record;
 }
 
-// The start block of a new thread, tied to its record; null without memory.
-TivThreadStartBlock* AllocateStartBlock(_tivHandleObject_t* record, TivThreadRoutine routine,
-                                        void* parameter) {
-  auto* block = static_cast<TivThreadStartBlock*>(std::malloc(sizeof(TivThreadStartBlock)));
-  if (block == nullptr) return nullptr;
-  *block = {&record->mutex, &record->cond, &record->bSignalled, routine, parameter};
-  record->ppThreadSignalled = &block->pbSignalled;
-  return block;
-}
-
 // Starts a detached thread on `block`: 0, or the error of the pthread call that failed.
 int StartDetached(pthread_t* cell, TivThreadStartBlock* block) {
   pthread_attr_t attributes;
@@ -56,10 +47,10 @@ int StartDetached(pthread_t* cell, TivThreadStartBlock* block) {
 // Runs a thread that signals its end to `record`, whose locks are initialised. False when it could
 // not be started: nothing of it is left.
 bool RunThread(_tivHandleObject_t* record, TivThreadRoutine routine, void* parameter) {
-  TivThreadStartBlock* block = AllocateStartBlock(record, routine, parameter);
+  TivThreadStartBlock* block = zebcomn::NewStartBlock(record, routine, parameter);
   if (block == nullptr) return false;
   if (StartDetached(static_cast<pthread_t*>(record->pObject), block) == 0) return true;
-  std::free(block);
+  zebcomn::DiscardStartBlock(block);
   return false;
 }
 

@@ -11,8 +11,17 @@
 
 namespace zebcomn {
 
+/// The start block of a new thread, taken with malloc() and tied to the thread's record; null
+/// without memory.
+TivThreadStartBlock* NewStartBlock(_tivHandleObject_t* record, TivThreadRoutine routine,
+                                   void* parameter);
+
+/// Frees the start block of a thread that has not been started after all.
+void DiscardStartBlock(TivThreadStartBlock* block);
+
 /// Signals the end of the thread of `block` to its handle, or to `bDummyThreadSignalled` when the
-/// handle has been closed. The record is not touched after the call.
+/// handle has been closed. The record is not touched after the call. A block that is not from
+/// NewStartBlock() has no record: nothing but what it points at is touched.
 void SignalThreadEnd(TivThreadStartBlock* block);
 
 /// Parts a thread's record from its thread, and frees the record or has the thread free it.

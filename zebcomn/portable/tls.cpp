@@ -132,7 +132,9 @@ DWORD tivTlsAlloc(void) {
   }
   pthread_key_t* cell = MakeKeyCell();
   if (cell == nullptr) return TIV_INVALID_DWORD;
-  zebcomn::StoreRelaxed(&g_tls_slots[slot].key, *cell);
+  // Released: a tivTlsSetValue() that has begun in the slot's last allocation may see this key, and
+  // must then see that the stamp is another.
+  zebcomn::StoreRelease(&g_tls_slots[slot].key, *cell);
   zebcomn::StoreRelease(&g_tls_slots[slot].stamp, NextStamp());
   if (slot >= g_slots_end) zebcomn::StoreRelease(&g_slots_end, slot + 1);
   zebcomn::StoreRelaxed(&nTlsOwnerTable[slot], static_cast<int32_t>(getpid()));

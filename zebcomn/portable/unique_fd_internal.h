@@ -5,9 +5,12 @@
 
 #include <utility>
 
+#include "zebcomn/portable/cancellation_internal.h"
+
 namespace zebcomn {
 
-/// Owns one file descriptor. A negative number is none.
+/// Owns one file descriptor. A negative number is none. Its end is no cancellation point: a thread
+/// that is cancelled in a destructor ends the process.
 class UniqueFd {
  public:
   explicit UniqueFd(int fd = -1) : fd_(fd) {}
@@ -26,7 +29,9 @@ class UniqueFd {
   int Release() { return std::exchange(fd_, -1); }
   void Reset(int fd = -1) {
     const int old = std::exchange(fd_, fd);
-    if (old >= 0) close(old);
+    if (old < 0) return;
+    const CancellationHeldOff no_cancellation;
+    close(old);
   }
 
  private:

@@ -65,7 +65,7 @@ bool CopyStreams(UniqueFile source, UniqueFile destination) {
       large == nullptr ? CopyBlocks(source.get(), destination.get(), small.data(), small.size())
                        : CopyBlocks(source.get(), destination.get(), large.get(), kLargeBlockSize);
   source.reset();
-  return std::fclose(destination.release()) == 0 && copied;
+  return zebcomn::CloseFile(destination.release()) && copied;
 }
 
 /// Whether a file can be opened for reading; a pipe without a writer is not waited for.

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstring>
+#include <exception>
 #include <memory>
 #include <new>
 
@@ -84,7 +85,7 @@ unsigned tivmcomn_filenameresolver_create(const char* path, void** resolver) {
     if (!created) return ZEBCOMN_STATUS_FAILURE;
     *resolver = created.release();
     return ZEBCOMN_STATUS_OK;
-  } catch (const std::bad_alloc&) {
+  } catch (const std::exception&) {  // No memory, or a path too long for any text.
     return ZEBCOMN_STATUS_FAILURE;
   }
 }
