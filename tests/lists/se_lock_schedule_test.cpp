@@ -17,6 +17,7 @@
 #include "zebcomn/lists/se_lock.h"
 #include "zebcomn/portable/event.h"
 #include "zebcomn/portable/handle.h"
+#include "zebcomn/portable/tls.h"
 
 namespace {
 
@@ -362,6 +363,30 @@ TEST_F(SeLockYields, ThreadsMayDetachRightAfterTheirGrant) {
   }
   for (std::thread& thread : threads) thread.join();
   ExpectWhole(kThreads * kTurns / 2);
+}
+
+// The identity slot is freed, and given to somebody else, in the middle of the detach.
+
+DWORD given_slot = TIV_INVALID_DWORD;
+
+void GiveTheIdentitySlotToSomebodyElse(Call call, bool before, void* /*object*/) {
+  if (call != Call::kMutexLock || !before) return;
+  SetStepHook(nullptr);
+  tivTlsFree(tiSO_tls_index);
+  given_slot = tivTlsAlloc();
+}
+
+TEST(ProcessDetach, LeavesTheSlotAloneThatSomebodyElseIsGivenMeanwhile) {
+  const DWORD slot = tiSO_ProcessAttach();
+  {
+    const StepHook hook(GiveTheIdentitySlotToSomebodyElse);
+    EXPECT_EQ(tiSO_ProcessDetach(), FALSE);
+  }
+  EXPECT_EQ(tiSO_tls_index, TIV_INVALID_DWORD);
+  ASSERT_EQ(given_slot, slot);
+  EXPECT_EQ(tivTlsSetValue(slot, &given_slot), TRUE);
+  EXPECT_EQ(tivTlsGetValue(slot), &given_slot);
+  EXPECT_EQ(tivTlsFree(slot), TRUE);
 }
 
 }  // namespace

@@ -15,19 +15,23 @@ using zebcomn::HeldMutex;
 
 namespace {
 
-// The slot that tiSO_tls_index stands for; TIV_INVALID_DWORD when it has been freed since.
-DWORD IdentitySlot() {
-  const DWORD slot = zebcomn::LoadAcquire(&tiSO_tls_index);
-  const bool is_ours = zebcomn::TlsStamp(slot) == zebcomn::LoadRelaxed(&zebcomn::g_identity_stamp);
-  return is_ours ? slot : TIV_INVALID_DWORD;
+// The slot that tiSO_tls_index stands for: refused by what uses it when it has been freed since.
+struct IdentitySlot {
+  DWORD index = zebcomn::LoadAcquire(&tiSO_tls_index);
+  uint32_t stamp = zebcomn::LoadRelaxed(&zebcomn::g_identity_stamp);
+};
+
+BOOL StoreIdentity(HANDLE event) {
+  const IdentitySlot slot;
+  return zebcomn::SetTlsValueOf(slot.index, slot.stamp, event);
+}
+
+BOOL StoreNotAttached() {
+  return StoreIdentity(zebcomn::EventOf(TISO_NO_THREAD));
 }
 
 void SetIdentitySlot(DWORD index) {
   zebcomn::StoreRelease(&tiSO_tls_index, index);
-}
-
-BOOL StoreNotAttached() {
-  return tivTlsSetValue(IdentitySlot(), zebcomn::EventOf(TISO_NO_THREAD));
 }
 
 }  // namespace
@@ -40,7 +44,8 @@ DWORD tiSO_ProcessAttach() {
 }
 
 BOOL tiSO_ProcessDetach() {
-  const BOOL freed = tivTlsFree(IdentitySlot());
+  const IdentitySlot slot;
+  const BOOL freed = zebcomn::FreeTlsSlotOf(slot.index, slot.stamp);
   SetIdentitySlot(TIV_INVALID_DWORD);
   return freed;
 }
@@ -50,7 +55,7 @@ uintptr_t tiSO_ThreadAttach() {
   if (identity != TISO_NO_THREAD) return identity;
   HANDLE event = tivCreateEvent(nullptr, TRUE, FALSE, nullptr);
   if (event == nullptr) return FALSE;
-  const BOOL stored = tivTlsSetValue(IdentitySlot(), event);
+  const BOOL stored = StoreIdentity(event);
   if (stored == FALSE) tivCloseHandle(event);
   return static_cast<uintptr_t>(stored);
 }

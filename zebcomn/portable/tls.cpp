@@ -109,6 +109,18 @@ bool FreeTakenSlot(DWORD slot) {
   return RefuseSlot();
 }
 
+// Sets the thread's value in the allocation of a slot that has this stamp, or refuses.
+inline BOOL SetValue(DWORD index, uint32_t stamp, void* value) {
+  const TlsSlot* slot = &g_tls_slots[index];
+  const pthread_key_t key = zebcomn::LoadRelaxed(&slot->key);
+  if (index < kCachedSlotCount) t_cache[index] = {stamp, value};
+  if (__builtin_expect(pthread_setspecific(key, value) != 0, 0)) return ForgetCopy(slot);
+  // After the set: whoever deletes a key takes its stamp away first.
+  zebcomn::AcquireFence();
+  if (__builtin_expect(zebcomn::LoadRelaxed(&slot->stamp) != stamp, 0)) return TakeBackValue(key);
+  return TRUE;
+}
+
 // tivTlsGetValue() without the call.
 inline void* GetValue(DWORD slot) {
   if (slot < kCachedSlotCount) {
@@ -144,24 +156,13 @@ DWORD tivTlsAlloc(void) {
 
 BOOL tivTlsFree(DWORD dwTlsIndex) {
   HeldMutex lock(g_slot_mutex, HeldMutex::Insist{});
-  if (!IsTaken(dwTlsIndex)) {
-    zebcomn::StoreError(EINVAL);
-    return FALSE;
-  }
+  if (!IsTaken(dwTlsIndex)) return RefuseSlot();
   return FreeTakenSlot(dwTlsIndex) ? TRUE : FALSE;
 }
 
 BOOL tivTlsSetValue(DWORD dwTlsIndex, void* lpTlsValue) {
   const uint32_t stamp = zebcomn::TlsStamp(dwTlsIndex);
-  if (__builtin_expect(stamp == 0, 0)) return RefuseSlot();
-  const TlsSlot* slot = &g_tls_slots[dwTlsIndex];
-  const pthread_key_t key = zebcomn::LoadRelaxed(&slot->key);
-  if (dwTlsIndex < kCachedSlotCount) t_cache[dwTlsIndex] = {stamp, lpTlsValue};
-  if (__builtin_expect(pthread_setspecific(key, lpTlsValue) != 0, 0)) return ForgetCopy(slot);
-  // After the set: whoever deletes a key takes its stamp away first.
-  zebcomn::AcquireFence();
-  if (__builtin_expect(zebcomn::LoadRelaxed(&slot->stamp) != stamp, 0)) return TakeBackValue(key);
-  return TRUE;
+  return __builtin_expect(stamp != 0, 1) ? SetValue(dwTlsIndex, stamp, lpTlsValue) : RefuseSlot();
 }
 
 void* tivTlsGetValue(DWORD dwTlsIndex) {
@@ -170,6 +171,16 @@ void* tivTlsGetValue(DWORD dwTlsIndex) {
 
 void* zebcomn::TlsValueOf(DWORD slot, uint32_t stamp) {
   return GetValue(TlsStamp(slot) == stamp ? slot : TIV_INVALID_DWORD);
+}
+
+BOOL zebcomn::SetTlsValueOf(DWORD slot, uint32_t stamp, void* value) {
+  return stamp != 0 && TlsStamp(slot) == stamp ? SetValue(slot, stamp, value) : RefuseSlot();
+}
+
+BOOL zebcomn::FreeTlsSlotOf(DWORD slot, uint32_t stamp) {
+  HeldMutex lock(g_slot_mutex, HeldMutex::Insist{});
+  if (stamp == 0 || TlsStamp(slot) != stamp) return RefuseSlot();
+  return FreeTakenSlot(slot) ? TRUE : FALSE;
 }
 
 void zebcomn::FreeOwnTlsSlots() {

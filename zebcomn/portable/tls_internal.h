@@ -20,8 +20,11 @@ inline uint32_t TlsStamp(DWORD slot) {
   return __builtin_expect(slot < TIV_TLS_SLOT_COUNT, 1) ? LoadAcquire(&g_tls_slots[slot].stamp) : 0;
 }
 
-/// tivTlsGetValue(), which refuses the slot also when its allocation has not this stamp any more.
+/// tivTlsGetValue(), tivTlsSetValue() and tivTlsFree(), which refuse the slot also when its
+/// allocation has not this stamp any more: another's is left alone.
 void* TlsValueOf(DWORD slot, uint32_t stamp);
+BOOL SetTlsValueOf(DWORD slot, uint32_t stamp, void* value);
+BOOL FreeTlsSlotOf(DWORD slot, uint32_t stamp);
 
 /// Frees every slot that this process has allocated.
 void FreeOwnTlsSlots();
