@@ -71,8 +71,9 @@ ZEBCOMN_EXPORT void* tivThreadJuggle(void* pStartBlock);
 /// wakes its waiters (or stores 1 in `bDummyThreadSignalled` when the handle has been closed), and
 /// frees the start block. Null does nothing.
 ///
-/// A block that a caller has put together may point at any flag, condition and mutex; nothing else is
-/// touched, and they must live until the call is over, whatever its waiters do meanwhile.
+/// A block that a caller has put together may point at any flag, condition and mutex; nothing else
+/// is touched, and they must live until the call is over, whatever its waiters do meanwhile.
+///
 /// \param pStartBlock a `TivThreadStartBlock`; the call takes it over.
 ZEBCOMN_EXPORT void tivCleanupThread(void* pStartBlock);
 
