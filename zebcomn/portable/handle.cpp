@@ -17,7 +17,8 @@ int32_t bDummyThreadSignalled = 0;
 
 namespace {
 
-BOOL EndFile(_tivHandleObject_t* record) {
+// Not inlined: that keeps what a file needs off the way of the other kinds.
+[[gnu::noinline]] BOOL EndFile(_tivHandleObject_t* record) {
   // The last reference is given up: a cancellation here would lose descriptor and record.
   const zebcomn::CancellationHeldOff no_cancellation;
   auto* file = static_cast<FileRecord*>(record->pObject);
