@@ -59,8 +59,8 @@ ZEBCOMN_UNSANITIZED void TakeCourse(uint64_t seed) {
   constexpr std::array<long, 4> kLongestNap = {1'000, 10'000, 50'000, 200'000};
   Course course{true, seed, 0, 0, 0, 0, kNaps};
   course.yield_of_8 = static_cast<unsigned>(Next(&course.random) % 6);
-  course.nap_every = kNapEvery[Next(&course.random) % kNapEvery.size()];
-  course.longest_nap = kLongestNap[Next(&course.random) % kLongestNap.size()];
+  course.nap_every = kNapEvery[static_cast<size_t>(Next(&course.random) % kNapEvery.size())];
+  course.longest_nap = kLongestNap[static_cast<size_t>(Next(&course.random) % kLongestNap.size())];
   course.children = Next(&course.random);
   t_course = course;
 }
