@@ -13,6 +13,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/portable/tables_in_use.h"
 #include "tests/support/descriptors.h"
 #include "tests/support/error_slot.h"
 #include "tests/support/fresh_process.h"
@@ -22,6 +23,7 @@ namespace {
 
 using zebcomn_test::ClearErrorSlot;
 using zebcomn_test::kErrorLeftAlone;
+using zebcomn_test::OpenSearches;
 using zebcomn_test::ScratchDir;
 
 using Names = std::set<std::string>;
@@ -46,12 +48,6 @@ TivFindData DataOf(const std::string& pattern) {
   EXPECT_NE(id, -1) << pattern;
   EXPECT_EQ(tivFindCloseDirEnt(id), TRUE);
   return data;
-}
-
-int OpenSearches() {
-  int open = 0;
-  for (const TivSearchRecord* record : pDirEntTable) open += record != nullptr ? 1 : 0;
-  return open;
 }
 
 /// The first search of this process, made before any test on a table that is full of something

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "tests/portable/module_fixture.h"
+#include "tests/portable/tables_in_use.h"
 #include "tests/support/error_slot.h"
 #include "tests/support/expected_leak.h"
 #include "tests/support/failing_call.h"
@@ -40,6 +41,7 @@ using zebcomn_test::DllMainCalls;
 using zebcomn_test::ExpectedLeak;
 using zebcomn_test::FailingCall;
 using zebcomn_test::kErrorLeftAlone;
+using zebcomn_test::LibrariesInTable;
 
 class DynamicLibraryFailuresTest : public zebcomn_test::ModuleTest {};
 
@@ -116,7 +118,7 @@ TEST_F(DynamicLibraryFailuresTest, LoaderThatFailsWithoutATextGivesNoMessage) {
   EXPECT_EQ(tivLoadLibrary(path.c_str(), &message), nullptr);
   EXPECT_TRUE(failing.Happened());
   EXPECT_STREQ(message, "");
-  EXPECT_EQ(EntriesInUse(), 0);
+  EXPECT_EQ(LibrariesInTable(), 0);
   EXPECT_EQ(nErrno, kErrorLeftAlone);
 }
 
@@ -130,7 +132,7 @@ TEST_F(DynamicLibraryFailuresTest, RecordOfAFailedLoadIsNeverFreed) {
   const size_t before = mallinfo2().uordblks;
   for (size_t i = 0; i < kLoads; ++i) EXPECT_EQ(tivLoadLibrary(path.c_str(), nullptr), nullptr);
   EXPECT_GE(mallinfo2().uordblks - before, kLoads * sizeof(TivLibraryRecord));
-  EXPECT_EQ(EntriesInUse(), 0);
+  EXPECT_EQ(LibrariesInTable(), 0);
 #endif
 }
 
@@ -143,7 +145,7 @@ TEST_F(DynamicLibraryFailuresTest, LibraryThatDoesNotUnloadIsFreedFromTheTableAl
     EXPECT_TRUE(failing.Happened());
   }
   EXPECT_EQ(nErrno, kErrorLeftAlone);
-  EXPECT_EQ(EntriesInUse(), 0);
+  EXPECT_EQ(LibrariesInTable(), 0);
   EXPECT_EQ(DllMainCalls().size(), 2u);
   EXPECT_EQ(tivFreeLibrary(module), FALSE);
   EXPECT_EQ(nErrno, EINVAL);
@@ -173,7 +175,7 @@ TEST_F(DynamicLibraryFailuresTest, NoMemoryInAWideLoadGivesNullOrTheLibrary) {
           << "what is loaded is the named library";
       EXPECT_EQ(tivFreeLibrary(module), TRUE);
     }
-    EXPECT_EQ(EntriesInUse(), 0) << nth;
+    EXPECT_EQ(LibrariesInTable(), 0) << nth;
   }
   EXPECT_TRUE(succeeded);
   EXPECT_GE(failures, 2) << "the name's conversion and the record";

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tests/portable/module_fixture.h"
+#include "tests/portable/tables_in_use.h"
 #include "tests/support/error_slot.h"
 #include "tests/support/expected_leak.h"
 #include "tests/support/huge_text.h"
@@ -23,6 +24,7 @@ using zebcomn_test::DllMainCall;
 using zebcomn_test::DllMainCalls;
 using zebcomn_test::ExpectedLeak;
 using zebcomn_test::kErrorLeftAlone;
+using zebcomn_test::LibrariesInTable;
 using zebcomn_test::OnDllMain;
 
 std::wstring Wide(const std::string& text) {
@@ -100,7 +102,7 @@ TEST_F(DynamicLibraryTest, LoadingANameTwiceGivesOneHandleAndUnloadsAtTheSecondF
   void* module = tivLoadLibrary(path.c_str(), nullptr);
   EXPECT_EQ(tivLoadLibrary(path.c_str(), nullptr), module);
   EXPECT_EQ(DllMainCalls().size(), 1u) << "the entry routine is not called again";
-  EXPECT_EQ(EntriesInUse(), 1);
+  EXPECT_EQ(LibrariesInTable(), 1);
   EXPECT_EQ(pDynamicLibraryList[0]->reference_count, 2);
   EXPECT_EQ(tivFreeLibrary(module), TRUE);
   EXPECT_TRUE(IsLoaded(path));
@@ -130,7 +132,7 @@ TEST_F(DynamicLibraryTest, ModuleThatRefusesItsLoadGivesNullAndStaysLoaded) {
     const char* message = nullptr;
     EXPECT_EQ(tivLoadLibrary(path.c_str(), &message), nullptr) << refusal;
     EXPECT_STREQ(message, "dllmain returned false");
-    EXPECT_EQ(EntriesInUse(), 0);
+    EXPECT_EQ(LibrariesInTable(), 0);
     EXPECT_TRUE(IsLoaded(path)) << "the shared object stays loaded";
     dlclose(given);
     EXPECT_FALSE(IsLoaded(path)) << "by one reference";
@@ -153,7 +155,7 @@ TEST_F(DynamicLibraryTest, FiftyFirstNameIsRefusedWith12) {
         tivLoadLibrary(PlainModule("plain" + std::to_string(i) + ".so").c_str(), nullptr));
     ASSERT_NE(modules.back(), nullptr);
   }
-  EXPECT_EQ(EntriesInUse(), 50);
+  EXPECT_EQ(LibrariesInTable(), 50);
   const std::string last = PlainModule("last.so");
   EXPECT_EQ(MessageOfFailedLoad(last.c_str()), "library list full");
   EXPECT_EQ(nErrno, ENOMEM);
@@ -179,7 +181,7 @@ TEST_F(DynamicLibraryTest, TwoNamesOfOneFileHaveAnEntryEach) {
   const std::string other_name = scratch_ / "./observed.so";
   void* module = tivLoadLibrary(path.c_str(), nullptr);
   EXPECT_EQ(tivLoadLibrary(other_name.c_str(), nullptr), module);
-  EXPECT_EQ(EntriesInUse(), 2);
+  EXPECT_EQ(LibrariesInTable(), 2);
   EXPECT_EQ(DllMainCalls().size(), 2u);
   EXPECT_EQ(tivFreeLibrary(module), TRUE);
   EXPECT_EQ(pDynamicLibraryList[0], nullptr) << "the first entry of the handle is given back";
@@ -195,7 +197,7 @@ TEST_F(DynamicLibraryTest, FileThatDoesNotLoadGivesTheLoadersText) {
   const std::string text_file = scratch_.Write("text.so", "no module");
   EXPECT_NE(MessageOfFailedLoad(text_file.c_str()).find("text.so"), std::string::npos);
   EXPECT_EQ(nErrno, kErrorLeftAlone);
-  EXPECT_EQ(EntriesInUse(), 0);
+  EXPECT_EQ(LibrariesInTable(), 0);
 }
 
 TEST_F(DynamicLibraryTest, LoadersTextIsCutAt510Bytes) {
@@ -207,7 +209,7 @@ TEST_F(DynamicLibraryTest, LoadersTextIsCutAt510Bytes) {
 TEST_F(DynamicLibraryTest, NullNameFailsToLoadWithoutAMessage) {
   EXPECT_EQ(MessageOfFailedLoad(nullptr), "");
   EXPECT_EQ(nErrno, kErrorLeftAlone);
-  EXPECT_EQ(EntriesInUse(), 0);
+  EXPECT_EQ(LibrariesInTable(), 0);
 }
 
 TEST_F(DynamicLibraryTest, NullNameIsNotComparedWithLoadedNames) {
@@ -238,7 +240,7 @@ TEST_F(DynamicLibraryTest, NamesOf259And260BytesAreFoundAgain) {
     ASSERT_NE(module, nullptr);
     EXPECT_EQ(pDynamicLibraryList[0]->name, name);
     EXPECT_EQ(tivLoadLibrary(name.c_str(), nullptr), module);
-    EXPECT_EQ(EntriesInUse(), 1);
+    EXPECT_EQ(LibrariesInTable(), 1);
     EXPECT_EQ(tivFreeLibrary(module), TRUE);
     EXPECT_EQ(tivFreeLibrary(module), TRUE);
   }
@@ -253,7 +255,7 @@ TEST_F(DynamicLibraryTest, LongerNameTakesAnEntryForEachLoad) {
     ASSERT_NE(module, nullptr);
     EXPECT_EQ(pDynamicLibraryList[0]->name, name.substr(0, 260));
     EXPECT_EQ(tivLoadLibrary(name.c_str(), nullptr), module);
-    EXPECT_EQ(EntriesInUse(), 2);
+    EXPECT_EQ(LibrariesInTable(), 2);
     EXPECT_EQ(tivFreeLibrary(module), TRUE);
     EXPECT_EQ(tivFreeLibrary(module), TRUE);
   }
@@ -337,7 +339,7 @@ TEST_F(DynamicLibraryTest, WideNameThatCannotBeConvertedDoesNotLoadTheProgramIts
   const wchar_t* message = nullptr;
   EXPECT_EQ(tivLoadLibraryW(name, &message), nullptr);
   EXPECT_STREQ(message, L"out of memory");
-  EXPECT_EQ(EntriesInUse(), 0);
+  EXPECT_EQ(LibrariesInTable(), 0);
 }
 
 TEST_F(DynamicLibraryTest, SymbolsAreFoundInAnyObjectOfTheLoader) {
@@ -349,7 +351,7 @@ TEST_F(DynamicLibraryTest, SymbolsAreFoundInAnyObjectOfTheLoader) {
   ASSERT_NE(answer, nullptr);
   EXPECT_EQ(answer(), 17);
   EXPECT_STREQ(message, "");
-  EXPECT_EQ(EntriesInUse(), 0);
+  EXPECT_EQ(LibrariesInTable(), 0);
   dlclose(handle);
 }
 

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <mutex>
 
+#include "tests/portable/tables_in_use.h"
 #include "tests/support/error_slot.h"
 #include "zebcomn/portable/dynamic_library.h"
 
@@ -33,7 +34,7 @@ ModuleTest::ModuleTest() {
 
 ModuleTest::~ModuleTest() {
   OnDllMain() = nullptr;
-  EXPECT_EQ(EntriesInUse(), 0);
+  EXPECT_EQ(LibrariesInTable(), 0);
 }
 
 std::string ModuleTest::ObservedModule(const std::string& name) const {
@@ -51,12 +52,6 @@ bool ModuleTest::IsLoaded(const std::string& path) {
   if (handle == nullptr) return false;
   dlclose(handle);
   return true;
-}
-
-int ModuleTest::EntriesInUse() {
-  int used = 0;
-  for (const TivLibraryRecord* record : pDynamicLibraryList) used += record != nullptr ? 1 : 0;
-  return used;
 }
 
 }  // namespace zebcomn_test

@@ -33,7 +33,6 @@ class ModuleTest : public ::testing::Test {
 
   /// Whether the loader has the file loaded.
   static bool IsLoaded(const std::string& path);
-  static int EntriesInUse();
 
   ScratchDir scratch_;
 };

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "tests/portable/module_fixture.h"
+#include "tests/portable/tables_in_use.h"
 #include "tests/support/next_function.h"
 
 namespace {
@@ -34,7 +35,7 @@ TEST_F(SharedObjectTest, LoadsAndUnloadsWithoutTableAndEntryRoutine) {
   ASSERT_NE(handle, nullptr);
   EXPECT_STREQ(message.data(), "u");
   EXPECT_TRUE(IsLoaded(path));
-  EXPECT_EQ(EntriesInUse(), 0);
+  EXPECT_EQ(zebcomn_test::LibrariesInTable(), 0);
   EXPECT_EQ(unload_shared_object_image(handle), 1);
   EXPECT_FALSE(IsLoaded(path));
   EXPECT_TRUE(zebcomn_test::DllMainCalls().empty());

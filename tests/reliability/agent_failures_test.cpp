@@ -1,16 +1,15 @@
 // What the agent says of itself, plug-in versions, the system log and the signal handler.
 #include <pthread.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tests/portable/tables_in_use.h"
 #include "tests/reliability/sweep.h"
 #include "tests/support/expected_leak.h"
 #include "tests/support/system_log_receiver.h"
@@ -29,6 +28,7 @@ using quenty_com::pelu::SignalHandler;
 using quenty_com::pelu::vLogInSystemLog;
 using zebcomn_test::ExpectedLeak;
 using zebcomn_test::kErrorLeftAlone;
+using zebcomn_test::LibrariesInTable;
 using zebcomn_test::PrivateHost;
 using zebcomn_test::SystemLogReceiver;
 using zebcomn_test::Trial;
@@ -59,11 +59,6 @@ ZEBCOMN_USE_WITHOUT_CALLS(AgentFailures, Identity, "tivmcomn_get_agent_softwarei
   EXPECT_STREQ(wide, L"KZUAGENT4600WRLX");
 }
 
-bool IsInTable() {
-  return std::any_of(std::begin(pDynamicLibraryList), std::end(pDynamicLibraryList),
-                     [](const auto* entry) { return entry != nullptr; });
-}
-
 // The module has no "DllMain", so that a failing look for it makes no difference. A table that
 // cannot be locked keeps its module, as it does when a library alone is given back.
 void CheckStamp(Trial& trial, int (*read)(char*, char*, unsigned), const std::string& expected) {
@@ -75,7 +70,7 @@ void CheckStamp(Trial& trial, int (*read)(char*, char*, unsigned), const std::st
   const bool not_loaded = trial.FailedIn("pthread_mutex_lock", 1) || trial.FailedIn("calloc") ||
                           trial.FailedIn("dlopen");
   EXPECT_EQ(result, not_loaded || trial.FailedIn("dlsym", 2) ? 0 : 1);
-  const bool stays = IsInTable();
+  const bool stays = LibrariesInTable() != 0;
   const bool locked_out = stays || trial.FailedIn("pthread_mutex_lock", 1);
   EXPECT_EQ(trial.ErrorSlot(), locked_out ? EBUSY : kErrorLeftAlone);
   EXPECT_EQ(stamp, result == 1 ? expected : "");
@@ -85,7 +80,7 @@ void CheckStamp(Trial& trial, int (*read)(char*, char*, unsigned), const std::st
   void* const loaded = tivLoadLibrary(module.data(), nullptr);
   EXPECT_EQ(tivFreeLibrary(loaded), TRUE);
   EXPECT_EQ(tivFreeLibrary(loaded), TRUE);
-  EXPECT_FALSE(IsInTable());
+  EXPECT_EQ(LibrariesInTable(), 0);
 }
 
 ZEBCOMN_USE(PluginFailures, HexadecimalStamp, "tivmcomn_GetFileResourceVersionStamp") {

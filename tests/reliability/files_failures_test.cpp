@@ -2,13 +2,13 @@
 #include <dirent.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include "tests/portable/owned_handle.h"
+#include "tests/portable/tables_in_use.h"
 #include "tests/reliability/sweep.h"
 #include "tests/support/scratch_dir.h"
 #include "zebcomn/portable/directory_search.h"
@@ -19,6 +19,7 @@
 namespace {
 
 using zebcomn_test::kErrorLeftAlone;
+using zebcomn_test::OpenSearches;
 using zebcomn_test::OwnedHandle;
 using zebcomn_test::ReadFile;
 using zebcomn_test::RecordOf;
@@ -154,11 +155,6 @@ ZEBCOMN_USE_WITHOUT_CALLS(NamedFileFailures, Stubs, "tivSetFileAttributes", "tiv
     EXPECT_EQ(tivGetFileVersionInfo("file", 0, 0, nullptr), FALSE);
     EXPECT_EQ(tivVerQueryValue(nullptr, nullptr, nullptr, nullptr), FALSE);
   });
-}
-
-int OpenSearches() {
-  return TIV_SEARCH_COUNT -
-         static_cast<int>(std::count(std::begin(pDirEntTable), std::end(pDirEntTable), nullptr));
 }
 
 ZEBCOMN_USE(SearchFailures, First, "tivFindFirstDirEnt") {

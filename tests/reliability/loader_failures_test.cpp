@@ -1,10 +1,10 @@
 // Dynamic libraries, with and without the table.
 #include <dlfcn.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <string>
 
+#include "tests/portable/tables_in_use.h"
 #include "tests/reliability/sweep.h"
 #include "tests/support/expected_leak.h"
 #include "zebcomn/portable/dynamic_library.h"
@@ -14,14 +14,10 @@ namespace {
 
 using zebcomn_test::ExpectedLeak;
 using zebcomn_test::kErrorLeftAlone;
+using zebcomn_test::LibrariesInTable;
 using zebcomn_test::Trial;
 
 constexpr char kModule[] = ZEBCOMN_SWEPT_MODULE;
-
-int EntriesInUse() {
-  return TIV_LIBRARY_COUNT - static_cast<int>(std::count(std::begin(pDynamicLibraryList),
-                                                         std::end(pDynamicLibraryList), nullptr));
-}
 
 // The loader keeps its last text until it is asked again; a use begins and ends without one.
 class LoaderText {
@@ -62,7 +58,7 @@ ZEBCOMN_USE(LoaderFailures, Load, "tivLoadLibrary") {
     EXPECT_STREQ(message, "") << "the failure has no text of the loader's";
   }
   if (trial.FailedIn("dlopen")) trial.Leaves({1, 0, 0}, "the record of a failed load");
-  EXPECT_EQ(EntriesInUse(), fails ? 0 : 1);
+  EXPECT_EQ(LibrariesInTable(), fails ? 0 : 1);
   if (!fails) {
     EXPECT_EQ(tivFreeLibrary(module), TRUE);
   }
@@ -77,7 +73,7 @@ ZEBCOMN_USE(LoaderFailures, LoadOfAnAbsentFile, "tivLoadLibrary") {
   if (!trial.FailedIn("pthread_mutex_lock") && !trial.FailedIn("calloc")) {
     trial.Leaves({1, 0, 0}, "the record of a failed load");
   }
-  EXPECT_EQ(EntriesInUse(), 0);
+  EXPECT_EQ(LibrariesInTable(), 0);
 }
 
 ZEBCOMN_USE(LoaderFailures, LoadByAWideName, "tivLoadLibraryW") {
@@ -89,7 +85,7 @@ ZEBCOMN_USE(LoaderFailures, LoadByAWideName, "tivLoadLibraryW") {
   void* module = nullptr;
   trial.Call([&] { module = tivLoadLibraryW(name.c_str(), &message); });
   ExpectLoadErrorSlot(trial);
-  EXPECT_EQ(EntriesInUse(), module == nullptr ? 0 : 1);
+  EXPECT_EQ(LibrariesInTable(), module == nullptr ? 0 : 1);
   if (module == nullptr) {
     EXPECT_TRUE(trial.Failed());
     if (trial.FailedIn("dlopen")) {
@@ -112,7 +108,7 @@ ZEBCOMN_USE(LoaderFailures, LoadOfAnAbsentFileByAWideName, "tivLoadLibraryW") {
   const wchar_t* message = nullptr;
   trial.Call([&] { EXPECT_EQ(tivLoadLibraryW(L"/nowhere/absent.so", &message), nullptr); });
   ExpectLoadErrorSlot(trial);
-  EXPECT_EQ(EntriesInUse(), 0);
+  EXPECT_EQ(LibrariesInTable(), 0);
   const std::wstring text = message;
   if (text == L"locked" || text == L"out of memory") {
     EXPECT_TRUE(trial.Failed());
@@ -135,7 +131,7 @@ ZEBCOMN_USE(LoaderFailures, Free, "tivFreeLibrary") {
   const bool locked_out = trial.FailedIn("pthread_mutex_lock", 2);
   EXPECT_EQ(freed, locked_out || trial.FailedIn("dlclose") ? FALSE : TRUE);
   EXPECT_EQ(trial.ErrorSlot(), locked_out ? EBUSY : kErrorLeftAlone);
-  EXPECT_EQ(EntriesInUse(), locked_out ? 1 : 0);
+  EXPECT_EQ(LibrariesInTable(), locked_out ? 1 : 0);
   if (locked_out) {
     EXPECT_EQ(tivFreeLibrary(module), TRUE);
   }

@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/portable/tables_in_use.h"
 #include "tests/reliability/schedule.h"
 #include "tests/support/scratch_dir.h"
 #include "zebcomn/portable/directory_search.h"
@@ -16,6 +17,8 @@
 
 namespace {
 
+using zebcomn_test::LibrariesInTable;
+using zebcomn_test::OpenSearches;
 using zebcomn_test::RunSchedules;
 using zebcomn_test::ScratchDir;
 
@@ -30,12 +33,6 @@ void RunTogether(int thread_count, Body body) {
 }
 
 // Libraries.
-
-int EntriesInUse() {
-  int used = 0;
-  for (const TivLibraryRecord* record : pDynamicLibraryList) used += record != nullptr ? 1 : 0;
-  return used;
-}
 
 void LoadUseAndFree(const std::string& path) {
   void* const module = tivLoadLibrary(path.c_str(), nullptr);
@@ -60,7 +57,7 @@ TEST_F(LibrarySchedules, OneModuleLoadedAndFreedBySeveral) {
   const std::string path = Module("shared.so");
   RunSchedules(150, [&path] {
     RunTogether(3, [&path](int) { LoadUseAndFree(path); });
-    EXPECT_EQ(EntriesInUse(), 0);
+    EXPECT_EQ(LibrariesInTable(), 0);
   });
 }
 
@@ -69,9 +66,9 @@ TEST_F(LibrarySchedules, LoadsAtOnceShareOneEntry) {
   RunSchedules(150, [&path] {
     void* modules[3] = {};
     RunTogether(3, [&](int thread) { modules[thread] = tivLoadLibrary(path.c_str(), nullptr); });
-    EXPECT_EQ(EntriesInUse(), 1);
+    EXPECT_EQ(LibrariesInTable(), 1);
     RunTogether(3, [&](int thread) { EXPECT_EQ(tivFreeLibrary(modules[thread]), TRUE); });
-    EXPECT_EQ(EntriesInUse(), 0);
+    EXPECT_EQ(LibrariesInTable(), 0);
   });
 }
 
@@ -83,7 +80,7 @@ TEST_F(LibrarySchedules, OfTwoFreesOfOneLoadOneSucceeds) {
     BOOL freed[2] = {};
     RunTogether(2, [&](int thread) { freed[thread] = tivFreeLibrary(module); });
     EXPECT_EQ(freed[0] + freed[1], 1);
-    EXPECT_EQ(EntriesInUse(), 0);
+    EXPECT_EQ(LibrariesInTable(), 0);
   });
 }
 
@@ -99,17 +96,11 @@ TEST_F(LibrarySchedules, LooksMeetNoFreedEntry) {
         EXPECT_EQ(tivFreeLibrary(&unknown), FALSE);
       }
     });
-    EXPECT_EQ(EntriesInUse(), 0);
+    EXPECT_EQ(LibrariesInTable(), 0);
   });
 }
 
 // Searches.
-
-int OpenSearches() {
-  int open = 0;
-  for (const TivSearchRecord* record : pDirEntTable) open += record != nullptr ? 1 : 0;
-  return open;
-}
 
 class SearchSchedules : public ::testing::Test {
  protected:

@@ -100,8 +100,7 @@ int DueOf(const char* function, std::initializer_list<int> errors, const void* c
 #pragma GCC visibility push(default)
 extern "C" {
 
-// Threads. A wait fails only after it has slept and has its mutex again, as the others fail at
-// once.
+// Threads. A wait that fails has its mutex, as after a sleep.
 ERROR_CALL(pthread_attr_init, (void* attributes), (attributes), ENOMEM)
 ERROR_CALL(pthread_attr_setdetachstate, (void* attributes, int state), (attributes, state), EINVAL)
 ERROR_CALL(pthread_cond_init, (void* cond, const void* attributes), (cond, attributes), EAGAIN,

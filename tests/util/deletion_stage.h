@@ -10,9 +10,9 @@
 #include <set>
 #include <string>
 
+#include "tests/portable/tables_in_use.h"
 #include "tests/support/private_host.h"
 #include "tests/support/scratch_dir.h"
-#include "zebcomn/portable/directory_search.h"
 #include "zebcomn/util/delete_tree.h"
 
 namespace zebcomn_test {
@@ -31,10 +31,7 @@ class DeletionTest : public ::testing::Test {
       host.PutEmptyDirectory("/mnt");
       if (chroot("/mnt") != 0 || chdir("/") != 0) return std::string("no stage");
       const std::string result = body();
-      for (const TivSearchRecord* search : pDirEntTable) {
-        if (search != nullptr) return result + " and a search is left open";
-      }
-      return result;
+      return OpenSearches() == 0 ? result : result + " and a search is left open";
     });
   }
 
