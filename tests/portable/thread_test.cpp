@@ -281,6 +281,7 @@ TEST(ThreadEntry, CleanupOfADetachedBlockSetsOnlyTheDummy) {
 // stood behind them was overwritten.
 TEST(ThreadEntry, ObjectsInTheOrderOfARecordAreNoRecord) {
   struct {
+    int32_t before[sizeof(void*) / sizeof(int32_t)] = {};  // Puts the flag where a record has it.
     int32_t flag = 0;
     pthread_cond_t cond = PTHREAD_COND_INITIALIZER;
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
