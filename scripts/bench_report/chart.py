@@ -14,7 +14,7 @@ GROUP_HEIGHT = 28
 MOST_OF_FLOOR = 2.0     # Longer bars are cut there; the figure beside them tells.
 FEWEST_OF_PEER, MOST_OF_PEER = 0.01, 100.0     # Dots beyond stand at the edge.
 PEER_COLOURS = ["#d1495b", "#edae49", "#00798c", "#7b5ea7", "#5a8f29", "#e07a2f", "#3066be",
-                "#a05c7b", "#6d6875", "#1b998b", "#b5651d", "#556b2f", "#8d99ae"]
+                "#a05c7b", "#6d6875", "#1b998b", "#b5651d", "#556b2f", "#8d99ae", "#2b2d42"]
 STYLE = """
   .page { fill: #ffffff; } .text { fill: #1f2328; } .quiet { fill: #59636e; }
   .grid { stroke: #d1d9e0; } .one { stroke: #1f2328; }
@@ -112,7 +112,8 @@ def _head(peers, height):
     return [f'<rect class="page" width="{WIDTH}" height="{height}"/>',
             _text(16, 26, "Our time over the floor's, and over each peer's", "text title"),
             _text(16, 46, "Less is better. Floor: only the calls that the described behaviour "
-                  "requires; upright mark = goal. Grey bar: no goal; orange: missed, with a reason.",
+                  "requires; upright mark = goal. Grey bar: no goal; orange: missed, with a reason. "
+                  "Dots beyond the scale stand at its edge.",
                   "quiet"),
             *_legend(peers),
             _text(FLOOR_LEFT, 94, "over the floor", "text group"),
