@@ -70,11 +70,10 @@ bool MatchFromStar(std::string_view pattern, std::string_view name) {
 int32_t tivWildCardMatch(const char* pattern, const char* name) {
   if (pattern == nullptr || *pattern == '\0') return kMatch;
   if (name == nullptr) return kNoMatch;
-  std::string_view rest_of_pattern(pattern);
-  std::string_view rest_of_name(name);
-  const std::string_view anchored = LeadingSegment(rest_of_pattern);
-  if (!StartsWith(rest_of_name, anchored)) return kNoMatch;
-  rest_of_pattern.remove_prefix(anchored.size());
-  rest_of_name.remove_prefix(anchored.size());
-  return MatchFromStar(rest_of_pattern, rest_of_name) ? kMatch : kNoMatch;
+  for (; *pattern != '*'; ++pattern, ++name) {
+    // Kept: as in MatchFromStar(), the end of the pattern matches.
+    if (*pattern == '\0') return kMatch;
+    if (*name == '\0' || (*pattern != '?' && *pattern != *name)) return kNoMatch;
+  }
+  return MatchFromStar(pattern, name) ? kMatch : kNoMatch;
 }
