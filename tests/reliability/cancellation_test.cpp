@@ -4,8 +4,8 @@
 // A cancellation that acts in a destructor, or in a function that cannot be unwound, ends the
 // process. Each place is tried in a process of its own.
 //
-// The address sanitizer takes the frames that a cancellation has left for live ones, unless it keeps
-// them elsewhere: it wants detect_stack_use_after_return=1, which ctest sets.
+// The address sanitizer takes the frames that a cancellation has left for live ones, unless it
+// keeps them elsewhere: it wants detect_stack_use_after_return=1, which ctest sets.
 #include <gtest/gtest.h>
 #include <netdb.h>
 #include <pthread.h>
