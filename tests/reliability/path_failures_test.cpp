@@ -144,7 +144,7 @@ ZEBCOMN_USE(PathFailures, FlatCalls, "tivmcomn_filenameresolver_create",
 void PutStage(PrivateHost& host) {
   host.PutEmptyDirectory("/mnt");
   if (mkdir("/mnt/proc", 0700) != 0 ||
-      mount("/proc", "/mnt/proc", nullptr, MS_BIND | MS_REC, nullptr) != 0) {
+      mount("/proc", "/mnt/proc", "none", MS_BIND | MS_REC, nullptr) != 0) {
     throw std::runtime_error("no \"/proc\" on the stage");
   }
   if (chroot("/mnt") != 0 || chdir("/") != 0) throw std::runtime_error("no stage");
