@@ -1,5 +1,6 @@
 #include "zebcomn/portable/named_file.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -10,6 +11,7 @@
 
 #include "tests/support/descriptors.h"
 #include "tests/support/error_slot.h"
+#include "tests/support/fresh_process.h"
 #include "tests/support/huge_text.h"
 #include "tests/support/scratch_dir.h"
 
@@ -41,6 +43,17 @@ TEST_F(NamedFileTest, TemporaryNameIsDirectoryPrefixAndSixCharacters) {
   EXPECT_EQ(path.substr(0, path.size() - 6), scratch_ / "pre");
   EXPECT_EQ(ReadFile(path), "") << "the empty file stays on disk";
   EXPECT_EQ(zebcomn_test::OpenDescriptorCount(), open_before);
+}
+
+// A process without a standard input is given its number for the next file.
+TEST_F(NamedFileTest, DescriptorZeroIsGivenBackToo) {
+  const std::string zero = zebcomn_test::RunInFreshProcess([this] {
+    close(0);
+    std::array<char, 512> name{};
+    const UINT made = tivGetTempFileName(scratch_.path().c_str(), "pre", 7, name.data());
+    return std::string(made == 7 && fcntl(0, F_GETFD) == -1 ? "free" : "taken");
+  });
+  EXPECT_EQ(zero, "free");
 }
 
 TEST_F(NamedFileTest, TemporaryNamesDiffer) {
