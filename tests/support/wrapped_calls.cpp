@@ -123,11 +123,18 @@ ERROR_CALL(sigwait, (const void* set, int* signal), (set, signal), EINVAL)
 
 void __lsan_disable() __attribute__((weak));
 void __lsan_enable() __attribute__((weak));
+// The address sanitizer's: it has to see each thread, to take the last thread's marks off a stack
+// that is used again. clang links it into the program, where the next function is not looked for.
+int __interceptor_pthread_create(void* thread, const void* attributes, void* (*routine)(void*),
+                                 void* argument) __attribute__((weak));
 
 // clang's leak checker takes the new thread's own storage for lost, since the loader gets it
 // through the wrapper of calloc().
 int pthread_create(void* thread, const void* attributes, void* (*routine)(void*), void* argument) {
-  NEXT(pthread_create);
+  static auto* const next =
+      __interceptor_pthread_create != nullptr
+          ? &__interceptor_pthread_create
+          : reinterpret_cast<decltype(&pthread_create)>(NextSymbol("pthread_create"));
   if (const int error = DUE(pthread_create, EAGAIN, EPERM)) return error;
   const InsideCall inside;
   if (__lsan_disable != nullptr) __lsan_disable();
