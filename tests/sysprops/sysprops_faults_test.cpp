@@ -33,11 +33,18 @@ struct Faults {
   Entry entry = Entry::kReal;
   uid_t real_user = 0;       ///< What getuid answers; 0 asks the real one.
   uid_t looked_up_user = 0;  ///< Whose password entry was asked for last.
-  bool watch_language = false;
-  bool mutex_was_held = false;  ///< While "LANG" was read.
+  bool watch_mutex = false;
+  bool held_for_language = false;  ///< Whether the mutex was, while "LANG" was read.
+  bool held_for_time = false;      ///< Whether it was while time was broken down.
   int hits = 0;
 };
 Faults g_faults;
+
+bool IsMutexHeld() {
+  if (pthread_mutex_trylock(&quenty_com::pelu::mutex) == EBUSY) return true;
+  pthread_mutex_unlock(&quenty_com::pelu::mutex);
+  return false;
+}
 
 constexpr size_t kLongEntry = 5000;
 
@@ -70,6 +77,10 @@ extern "C" int uname(utsname* names) noexcept {
 }
 
 extern "C" tm* localtime_r(const time_t* time, tm* out) noexcept {
+  if (g_faults.watch_mutex) {
+    ++g_faults.hits;
+    g_faults.held_for_time = IsMutexHeld();
+  }
   if (!g_faults.localtime_fails) return Real<tm*(const time_t*, tm*)>("localtime_r")(time, out);
   ++g_faults.hits;
   return nullptr;
@@ -100,10 +111,9 @@ extern "C" uid_t getuid() noexcept {
 }
 
 extern "C" char* getenv(const char* name) noexcept {
-  if (g_faults.watch_language && std::strcmp(name, "LANG") == 0) {
+  if (g_faults.watch_mutex && std::strcmp(name, "LANG") == 0) {
     ++g_faults.hits;
-    g_faults.mutex_was_held = pthread_mutex_trylock(&quenty_com::pelu::mutex) == EBUSY;
-    if (!g_faults.mutex_was_held) pthread_mutex_unlock(&quenty_com::pelu::mutex);
+    g_faults.held_for_language = IsMutexHeld();
   }
   const size_t length = std::strlen(name);
   for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
@@ -283,12 +293,23 @@ TEST_F(SyspropsFaults, LanguageComesFromTheEnvironment) {
 }
 
 TEST_F(SyspropsFaults, TheEnvironmentIsReadWhereNoZoneChangeCanRewriteIt) {
-  g_faults.watch_language = true;
+  g_faults.watch_mutex = true;
   Misc();
-  EXPECT_EQ(g_faults.hits, 1);
-  EXPECT_TRUE(g_faults.mutex_was_held);
-  EXPECT_EQ(pthread_mutex_trylock(&quenty_com::pelu::mutex), 0) << "it is given back";
-  pthread_mutex_unlock(&quenty_com::pelu::mutex);
+  EXPECT_EQ(g_faults.hits, 2);
+  EXPECT_TRUE(g_faults.held_for_language);
+  EXPECT_FALSE(IsMutexHeld()) << "it is given back";
+}
+
+// Breaking time down takes the zone's name away for a moment.
+TEST_F(SyspropsFaults, TimeIsBrokenDownWhereNobodyReadsTheZonesName) {
+  g_faults.watch_mutex = true;
+  for (const bool fails : {false, true}) {
+    g_faults.localtime_fails = fails;
+    g_faults.held_for_time = false;
+    Misc();
+    EXPECT_TRUE(g_faults.held_for_time);
+    EXPECT_FALSE(IsMutexHeld()) << "it is given back";
+  }
 }
 
 TEST_F(SyspropsFaults, ConversionWithoutMemoryGivesEmptyText) {
@@ -305,6 +326,32 @@ TEST_F(SyspropsFaults, ConversionWithoutMemoryGivesEmptyText) {
     EXPECT_EQ(to_narrow, "") << nth;
   }
   EXPECT_EQ(sysprops::sysprops_ansi_to_wide(narrow), wide);
+}
+
+TEST_F(SyspropsFaults, MapsAreEmptiedOnlyAfterTheCollection) {
+  const sysprops::PropertyMap old = {{L"old", L"1"}};
+  const sysprops::FileSystemMap old_systems = {{L"/old", {L"1", L"2"}}};
+  for (const bool with_systems : {false, true}) {
+    sysprops::PropertyMap props = old;
+    sysprops::FileSystemMap systems = old_systems;
+    bool threw = false;
+    for (int nth = 1; nth < 100 && !threw; ++nth) {
+      zebcomn_test::FailThrowingAllocation(nth);
+      try {
+        with_systems ? properties_.GetAllSystemProperties(props, systems)
+                     : properties_.GetAllSystemProperties(props);
+        props = old;
+        systems = old_systems;
+      } catch (const std::bad_alloc&) {
+        threw = true;
+      }
+      zebcomn_test::FailThrowingAllocation(0);
+    }
+    EXPECT_TRUE(threw);
+    EXPECT_EQ(props, old);
+    EXPECT_EQ(systems, old_systems);
+  }
+  zebcomn_test::TakeFailedAllocations();
 }
 
 // Whichever allocation fails, the collection either still returns or throws std::bad_alloc, keeps

@@ -329,6 +329,8 @@ TEST(UpdateTime, IsMonthDayYearAndTheTime) {
   time.tm_mon = 11;
   time.tm_hour = 23;
   EXPECT_EQ(zebcomn::UpdateTime(time), L"12/05/0999 23:08:09");
+  time.tm_year = INT_MAX;
+  EXPECT_EQ(zebcomn::UpdateTime(time), L"12/05/2147485547 23:08:09");
 }
 
 }  // namespace

@@ -7,7 +7,10 @@
 ///
 /// Nothing is cached: every aggregation and every lookup of a known name collects again. What a
 /// collection does not write keeps the value of the one before, on the same object. No call here
-/// logs or touches the last error; a lack of memory is reported as std::bad_alloc.
+/// logs or touches the last error. A lack of memory is reported as std::bad_alloc; a value whose
+/// conversion alone lacks it is empty. Collecting the user, time zone and language takes
+/// `quenty_com::pelu::mutex` (zebcomn/util/time_zone.h) for moments: a caller that holds it waits
+/// for itself.
 ///
 /// \par Example
 /// \include system_properties.cpp
@@ -34,14 +37,14 @@ class ISysProps {
   /// Ends the object; what it has given stays the caller's.
   ZEBCOMN_EXPORT ~ISysProps();
 
-  /// Collects everything. `props` is emptied and gets the 29 properties other than "IsPortable",
-  /// and two more for each file system, such as FileSystem"/var" Total_Disk_Space_in_MB and
-  /// FileSystem"/var" Free_Disk_Space_in_MB.
+  /// Collects everything. After that `props` is emptied and gets the 29 properties other than
+  /// "IsPortable", and two more for each file system, such as FileSystem"/var"
+  /// Total_Disk_Space_in_MB and FileSystem"/var" Free_Disk_Space_in_MB.
   /// \param[out] props the properties.
   /// \return 1, also where a collector failed.
   ZEBCOMN_EXPORT int GetAllSystemProperties(PropertyMap& props);
-  /// Collects everything. `props` is emptied and gets all 30 properties, none of them of a single
-  /// file system; the contents of `fileSystems` are replaced by the file systems.
+  /// Collects everything. After that `props` is emptied and gets all 30 properties, none of them of
+  /// a single file system; the contents of `fileSystems` are replaced by the file systems.
   /// \param[out] props the properties.
   /// \param[out] fileSystems the file systems.
   /// \return 1, also where a collector failed.
@@ -90,8 +93,8 @@ class ISysProps {
   /// one of its family (IPv4 when none is known) by ascending interface index, otherwise the first
   /// interface's first; loopback does not count.
   /// \param[out] info the record.
-  /// \return 1, or 0 when there is no interface with an address; the names are written then, the
-  ///     address fields are not.
+  /// \return 1, or 0 when the interfaces cannot be read or none has an address; the names are
+  ///     written then, the address fields are not.
   ZEBCOMN_EXPORT int GetNetworkInformation(NetworkInformation& info);
 
   /// Reads "/proc/cpuinfo": the number of lines that hold "processor", and what follows the first
@@ -111,7 +114,8 @@ class ISysProps {
   /// Measures every local entry of "/etc/fstab" at its mount point, mounted or not. An entry is
   /// remote when its name contains ":" or begins with "//", or its type is "smbfs". An entry that
   /// cannot be measured, or that has no blocks, is left out. The file systems are added to what the
-  /// record's map holds; an entry that is there already stays.
+  /// record's map holds; an entry that is there already stays. A line of the table is cut at 4095
+  /// characters; the numbers have the decimal point of the process's locale.
   /// \param[in,out] info the record.
   /// \return 1, or 0 when "/etc/fstab" cannot be opened; `info` is untouched then.
   ZEBCOMN_EXPORT int GetDiskInformation(DiskInformation& info);

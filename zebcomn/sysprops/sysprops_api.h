@@ -4,11 +4,12 @@
 /// \file
 /// One property per call, without an `ISysProps` of the caller's own.
 ///
-/// Every call but the last four collects the group of its property once, on an object that lives
-/// for the call, and gives the value that `ISysProps::GetOneSystemProperty` gives; nothing is
-/// cached. A caller that needs many values is better served by `ISysProps::GetAllSystemProperties`.
-/// The text belongs to the caller. No call touches the last error. A lack of memory is reported as
-/// std::bad_alloc. Any thread may call, at any time but that of `tivmcomn_set_local_ip_addr`.
+/// A call whose text is "the value of" a property collects the group of that property once, on an
+/// object that lives for the call, and gives what `ISysProps::GetOneSystemProperty` gives; nothing
+/// is cached. A caller that needs many values is better served by
+/// `ISysProps::GetAllSystemProperties`. The text belongs to the caller. No call touches the last
+/// error. What sysprops.h says of a lack of memory and of `quenty_com::pelu::mutex` holds here too.
+/// Any thread may call, at any time but that of `tivmcomn_set_local_ip_addr`.
 ///
 /// The names have C linkage, yet only callers with the library's C++ string type can use them.
 ///

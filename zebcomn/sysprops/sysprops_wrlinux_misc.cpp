@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <vector>
 
 #include "zebcomn/portable/held_mutex_internal.h"
@@ -22,6 +23,7 @@ namespace {
 constexpr std::size_t kFirstEntryCapacity = 1024;
 constexpr std::size_t kMaxEntryCapacity = 1024 * 1024;
 constexpr std::size_t kUpdateTimeCapacity = 32;
+constexpr long long kFirstYear = 1900;
 constexpr const char* kNoEntryName = "root";
 
 }  // namespace
@@ -48,9 +50,10 @@ const wchar_t* LanguageId(const char* lang) {
 
 std::wstring UpdateTime(const std::tm& local) {
   std::array<char, kUpdateTimeCapacity> text{};
-  const int wanted =
-      std::snprintf(text.data(), text.size(), "%02d/%02d/%04d %02d:%02d:%02d", local.tm_mon + 1,
-                    local.tm_mday, local.tm_year + 1900, local.tm_hour, local.tm_min, local.tm_sec);
+  // The last years that the record holds are no int when they are counted from the year 0.
+  const int wanted = std::snprintf(text.data(), text.size(), "%02d/%02d/%04lld %02d:%02d:%02d",
+                                   local.tm_mon + 1, local.tm_mday, kFirstYear + local.tm_year,
+                                   local.tm_hour, local.tm_min, local.tm_sec);
   const int length = std::clamp(wanted, 0, static_cast<int>(text.size()) - 1);
   return std::wstring(text.data(), text.data() + length);
 }
@@ -67,6 +70,17 @@ const wchar_t* EnvironmentsLanguageId() {
   return zebcomn::LanguageId(std::getenv("LANG"));
 }
 
+/// The local time; nothing when it has no local form. The C library takes the zone's name away for
+/// a moment while it breaks time down, and a collection in another thread reads that name under the
+/// mutex; `zebcomn_timegm` switches the process to UTC under it.
+std::optional<std::tm> LocalTime() {
+  const zebcomn::HeldMutex held(mutex);
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  if (localtime_r(&now, &local) == nullptr) return std::nullopt;
+  return local;
+}
+
 }  // namespace
 
 int ISysProps::GetMiscInformation(MiscInformation& info) {
@@ -74,11 +88,7 @@ int ISysProps::GetMiscInformation(MiscInformation& info) {
   info.m_wstrTimeZone = unknown;
   std::wstring zone;
   if (zebcomn_gettimezone(zone) != 0) info.m_wstrTimeZone = zone;
-  const std::time_t now = std::time(nullptr);
-  std::tm local{};
-  if (localtime_r(&now, &local) != nullptr) {
-    info.m_wstrLastUpdate = zebcomn::UpdateTime(local);
-  }
+  if (const auto local = LocalTime()) info.m_wstrLastUpdate = zebcomn::UpdateTime(*local);
   info.m_wstrDefaultLangID = EnvironmentsLanguageId();
   return 1;
 }
