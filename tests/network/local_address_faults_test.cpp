@@ -33,7 +33,7 @@ class LocalAddressTest : public ResolverTest {
     answer_ = {"192.0.2.1", "192.0.2.2", "192.0.2.3"};
     Network().socket = [this](int family, int type, int protocol) {
       const int made = zebcomn_test::RealSocket(AF_INET, SOCK_DGRAM, 0);
-      sockets_.emplace_back(family, type & ~SOCK_CLOEXEC, protocol);
+      sockets_.emplace_back(family, type, protocol);
       if (static_cast<int>(sockets_.size()) <= failing_sockets_) {
         close(made);
         return -1;
@@ -143,6 +143,27 @@ TEST_F(LocalAddressTest, TheCallersFlagsAskForTheLocalText) {
   EXPECT_EQ(Ask(NI_NOFQDN), 0);
   EXPECT_EQ(calls, (std::vector<std::tuple<socklen_t, int>>{{1025, NI_NOFQDN}}));
   EXPECT_EQ(local_, "name.example:0:0:0:0:0:0:0");
+}
+
+TEST_F(LocalAddressTest, TheHostIsAskedForAndNeverTheService) {
+  std::vector<std::tuple<bool, bool, int>> calls;
+  Network().getnameinfo = [&](const sockaddr*, socklen_t, char* host, socklen_t, char* service,
+                              socklen_t service_length, int flags) {
+    calls.emplace_back(host != nullptr, service == nullptr && service_length == 0, flags);
+    if (host != nullptr) std::strcpy(host, "text");
+    return 0;
+  };
+  const std::vector<int> all_flags = {0, NI_NUMERICHOST, NI_NUMERICSERV, 3, NI_NAMEREQD};
+  for (const int flags : all_flags) {
+    calls.clear();
+    EXPECT_EQ(Ask(flags), 0);
+    EXPECT_EQ(calls, (std::vector<std::tuple<bool, bool, int>>{{true, true, flags}}));
+  }
+  for (const int flags : all_flags) {
+    calls.clear();
+    EXPECT_EQ(util_.zebGetLocalIPAddressFromList("a", "443", local_, false, flags), 0);
+    EXPECT_EQ(calls, (std::vector<std::tuple<bool, bool, int>>{{true, true, NI_NUMERICHOST}}));
+  }
 }
 
 /// Answers getsockname with fe80::7 on the interface with index 1.

@@ -152,6 +152,19 @@ TEST_F(ResolverTest, ALinkLocalNodeIsAskedForWithItsScope) {
   EXPECT_EQ(questions_[1].service, "80");
 }
 
+TEST_F(ResolverTest, AHostNameThatBeginsLikeALinkLocalAddressIsAskedForWithAScopeFirst) {
+  AddInterfaces();
+  addrinfo* list = nullptr;
+  ASSERT_EQ(util_.zebCreateAddrinfo("fe80.example", "80", &list, false), 0);
+  freeaddrinfo(list);
+  EXPECT_EQ(Nodes(), (Texts{"fe80.example%2", "fe80.example%2"}));
+  questions_.clear();
+  RefuseScopes(INT_MAX);
+  ASSERT_EQ(util_.zebCreateAddrinfo("fe80.example", "80", &list, false), 0);
+  freeaddrinfo(list);
+  EXPECT_EQ(Nodes(), (Texts{"fe80.example%2", "fe80.example%5", "fe80.example%9", "fe80.example"}));
+}
+
 /// zebGetAddrinfo against lists of any length.
 class AddressListTest : public ResolverTest {
  protected:

@@ -52,7 +52,9 @@ class ANetworkUtil {
   /// \return the address text.
   ZEBCOMN_EXPORT std::string formatV6addrWithScope(std::string address, bool keepBrackets);
 
-  /// Resolves `host` for stream sockets, to IPv4 addresses only when `ipv4Only` is true.
+  /// Resolves `host` for stream sockets, to IPv4 addresses only when `ipv4Only` is true. The
+  /// resolver is asked for what `formatV6addrWithScope` makes of `host`: whatever begins with
+  /// "fe80", be it a name, gets a scope where an interface has one for it.
   /// \param host a name or an address.
   /// \param port see above.
   /// \param[out] result the list, which the caller gives back with freeaddrinfo.
@@ -66,7 +68,7 @@ class ANetworkUtil {
   /// \param host a name or an address.
   /// \param port see above.
   /// \param[in,out] addresses gets arrays of 1025 bytes; give them back with `zebFreeAddrinfo`.
-  /// \param niFlags 1, 2 or both.
+  /// \param niFlags 1 gives addresses; without it, names where the resolver has some for them.
   /// \return 0 when at least one text was appended, -1 when none was, otherwise the resolver's
   ///     error.
   ZEBCOMN_EXPORT int zebGetAddrinfo(const std::string& host, std::string port,
@@ -98,7 +100,8 @@ class ANetworkUtil {
   /// \param port the peer's port; somebody has to listen there.
   /// \param[out] localAddress the address text.
   /// \param ipv4Only true leaves the peer's IPv6 addresses out.
-  /// \param niFlags 1 asks for the address, 2 for the port.
+  /// \param niFlags 1 gives the address; without it, a name where the resolver has one for it. The
+  ///     port is never given.
   /// \return 0 on success; -1 when no address could be reached; otherwise `zebCreateAddrinfo`'s
   ///     result.
   ZEBCOMN_EXPORT int zebGetLocalIPAddress(const std::string& peer, std::string port,

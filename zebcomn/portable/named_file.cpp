@@ -1,7 +1,5 @@
 #include "zebcomn/portable/named_file.h"
 
-#include <fcntl.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -16,7 +14,7 @@ namespace {
 /// Makes the file and gives its path; empty when that fails.
 std::string MakeTemporaryFile(const char* directory, const char* prefix) {
   std::string path = std::string(directory) + "/" + (prefix == nullptr ? "" : prefix) + "XXXXXX";
-  if (!zebcomn::UniqueFd(mkostemp(path.data(), O_CLOEXEC)).IsOpen()) return {};
+  if (!zebcomn::UniqueFd(mkstemp(path.data())).IsOpen()) return {};
   return path;
 }
 
