@@ -33,7 +33,7 @@ class LocalAddressTest : public ResolverTest {
     answer_ = {"192.0.2.1", "192.0.2.2", "192.0.2.3"};
     Network().socket = [this](int family, int type, int protocol) {
       const int made = zebcomn_test::RealSocket(AF_INET, SOCK_DGRAM, 0);
-      sockets_.emplace_back(family, type, protocol);
+      sockets_.emplace_back(family, type & ~SOCK_CLOEXEC, protocol);
       if (static_cast<int>(sockets_.size()) <= failing_sockets_) {
         close(made);
         return -1;

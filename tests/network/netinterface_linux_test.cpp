@@ -201,7 +201,7 @@ TEST_F(EnumerationFailureTest, NoSocketForAFamilyDropsThatFamilyOnly) {
 TEST_F(EnumerationFailureTest, HardwareAddressesAreAskedThroughADatagramSocketOfTheFamily) {
   std::vector<std::tuple<int, int, int>> sockets;
   Network().socket = [&](int family, int type, int protocol) {
-    sockets.emplace_back(family, type, protocol);
+    sockets.emplace_back(family, type & ~SOCK_CLOEXEC, protocol);
     return zebcomn_test::RealSocket(AF_INET, SOCK_DGRAM, 0);
   };
   Fill();

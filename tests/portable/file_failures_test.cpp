@@ -151,7 +151,7 @@ TEST_F(FileFailuresTest, FailedCloseFreesNothing) {
 
 TEST_F(FileFailuresTest, TemporaryFileThatCannotBeMadeGivesZero) {
   std::array<char, 512> name = {'u'};
-  const FailingCall failing("mkstemp");
+  const FailingCall failing("mkostemp");
   EXPECT_EQ(tivGetTempFileName(scratch_.path().c_str(), "x", 1, name.data()), 0u);
   EXPECT_TRUE(failing.Happened());
   EXPECT_STREQ(name.data(), "u");

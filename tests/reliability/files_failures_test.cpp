@@ -111,7 +111,7 @@ ZEBCOMN_USE(NamedFileFailures, TemporaryName, "tivGetTempFileName") {
   char name[ZEBCOMN_PATH_CAPACITY] = "";
   UINT number = 77;
   trial.Call([&] { number = tivGetTempFileName(dir.path().c_str(), "prefix", 0, name); });
-  const bool fails = trial.FailedInAllocation() || trial.FailedIn("mkstemp");
+  const bool fails = trial.FailedInAllocation() || trial.FailedIn("mkostemp");
   EXPECT_EQ(number, fails ? 0U : 1U);
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
   EXPECT_EQ(access(name, F_OK) == 0, !fails);

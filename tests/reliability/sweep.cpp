@@ -6,6 +6,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -147,6 +148,7 @@ void RunAndCheck(Use::Body body, CallPlan* plan, int runs = kRunsOfALoss) {
     EXPECT_EQ(more, trial.left().blocks) << "blocks of memory";
     EXPECT_EQ(OpenDescriptorCount() - descriptors, trial.left().descriptors) << "descriptors";
     EXPECT_EQ(plan->locks_held, trial.left().locks) << "locks";
+    EXPECT_EQ(trial.inherited(), 0) << "descriptors that stay open over exec()";
     EXPECT_EQ(trial.unasked_error_slot(), kErrorLeftAlone) << "nErrno";
     EXPECT_TRUE(CancellationIsEnabled());
     return;
@@ -173,6 +175,11 @@ std::string FaultsOf(const std::function<void()>& run) {
 // How one run is made: it gives what did not hold.
 using Runner = std::function<std::string(CallPlan* plan)>;
 
+// A thread of the process may start a program at any time, which must not get the library's files.
+void NoteInherited(CallPlan* plan) {
+  plan->inherited = std::max(plan->inherited, InheritedDescriptorCount());
+}
+
 // What a whole sweep gives, and what it found.
 struct Report {
   long failures = 0;
@@ -192,6 +199,7 @@ std::string RunOnce(const Runner& run, CallPlan* plan) {
 Report SweepCalls(const Runner& run) {
   Report report;
   const SharedPlan first(0, 0);
+  first.get().before = NoteInherited;
   report.faults = RunOnce(run, &first.get());
   for (long call = 1; report.faults.empty() && call < kMostCalls; ++call) {
     int choices = 1;
@@ -251,11 +259,16 @@ Trial::Armed::Armed(Trial* trial) : trial_(trial) {
   if (trial_->slot_is_asked_) trial_->error_slot_ = kErrorLeftAlone;
   trial_->slot_is_asked_ = false;
   ClearErrorSlot();
+  if (trial_->plan_->before != nullptr) {
+    inherited_before_ = trial_->plan_->inherited = InheritedDescriptorCount();
+  }
   ArmCalls(trial_->plan_);
 }
 
 Trial::Armed::~Armed() {
   DisarmCalls();
+  const int inherited = trial_->plan_->inherited - inherited_before_;
+  trial_->inherited_ = std::max(trial_->inherited_, inherited);
   if (nErrno != kErrorLeftAlone) trial_->error_slot_ = nErrno;
 }
 

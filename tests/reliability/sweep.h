@@ -90,6 +90,9 @@ class Trial {
 
   bool was_armed() const { return was_armed_; }
   const Remains& left() const { return left_; }
+  /// How many descriptors more exec() would have left open during a call than before it, if the
+  /// plan's `before` looks.
+  int inherited() const { return inherited_; }
   /// What has been stored in `nErrno` without a question after it.
   int unasked_error_slot() const { return slot_is_asked_ ? kErrorLeftAlone : error_slot_; }
 
@@ -103,6 +106,7 @@ class Trial {
 
    private:
     Trial* trial_;
+    int inherited_before_ = 0;
   };
 
   CallPlan* plan_;
@@ -110,6 +114,7 @@ class Trial {
   mutable bool slot_is_asked_ = false;
   bool was_armed_ = false;
   Remains left_;
+  int inherited_ = 0;
 };
 
 /// A use in the list of all uses.

@@ -87,6 +87,10 @@ ZEBCOMN_PLAIN int CountCall(CallPlan* plan, const char* function) {
 
 // Counts a call; true if it is the one to fail.
 ZEBCOMN_PLAIN bool IsDue(CallPlan* plan, const char* function, int error_count) {
+  if (plan->before != nullptr) {
+    const InsideCall inside;
+    plan->before(plan);
+  }
   const int nth = CountCall(plan, function);
   if (++plan->calls != plan->failing_call) return false;
   plan->function = function;

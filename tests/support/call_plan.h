@@ -19,6 +19,7 @@ struct CallPlan {
   long failing_call;  ///< Which call fails, counted from 1; 0 for none.
   int error_choice;   ///< Which of the failing function's errors it fails with, counted from 0.
   void (*instead)();  ///< Called before that call, which then does not fail; null for a failure.
+  void (*before)(CallPlan*);  ///< Called before every call; null for nothing.
 
   long calls;              ///< Calls seen so far.
   const char* function;    ///< The function that was made to fail; null for none so far.
@@ -28,6 +29,7 @@ struct CallPlan {
   int locks_held;          ///< Mutexes locked less mutexes unlocked.
   const void* given_back;  ///< The mutex whose unlock was made to fail.
   const void* stream;      ///< The stream whose reading was made to fail.
+  int inherited;           ///< Kept by `before`: the most descriptors that exec() leaves open.
   CallCount counts[64];    ///< The functions seen so far; null after the last.
 };
 

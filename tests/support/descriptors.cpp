@@ -3,12 +3,25 @@
 #include <fcntl.h>
 
 namespace zebcomn_test {
+namespace {
+
+constexpr int kDescriptorsLooked = 1024;
+
+}  // namespace
 
 int OpenDescriptorCount() {
-  constexpr int kHighestLooked = 1024;
   int count = 0;
-  for (int fd = 0; fd < kHighestLooked; ++fd) {
+  for (int fd = 0; fd < kDescriptorsLooked; ++fd) {
     if (fcntl(fd, F_GETFD) != -1) ++count;
+  }
+  return count;
+}
+
+int InheritedDescriptorCount() {
+  int count = 0;
+  for (int fd = 0; fd < kDescriptorsLooked; ++fd) {
+    const int flags = fcntl(fd, F_GETFD);
+    if (flags != -1 && (flags & FD_CLOEXEC) == 0) ++count;
   }
   return count;
 }

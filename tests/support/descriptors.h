@@ -7,6 +7,9 @@ namespace zebcomn_test {
 /// each number, because "/proc" may be another process's view, or missing, under emulation.
 int OpenDescriptorCount();
 
+/// How many of them a program would get that replaced this one with exec().
+int InheritedDescriptorCount();
+
 }  // namespace zebcomn_test
 
 #endif  // ZEBCOMN_TESTS_SUPPORT_DESCRIPTORS_H_

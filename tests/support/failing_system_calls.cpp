@@ -85,9 +85,9 @@ int statfs(const char* path, struct statfs* status) noexcept {
   return IsToFail("statfs") ? -1 : next(path, status);
 }
 
-int mkstemp(char* pattern) {
-  static auto* const next = NextFunction<int(char*)>(ZEBCOMN_LARGE_FILE_SYMBOL(mkstemp));
-  return IsToFail("mkstemp") ? -1 : next(pattern);
+int mkostemp(char* pattern, int flags) {
+  static auto* const next = NextFunction<int(char*, int)>(ZEBCOMN_LARGE_FILE_SYMBOL(mkostemp));
+  return IsToFail("mkostemp") ? -1 : next(pattern, flags);
 }
 
 int rename(const char* from, const char* to) noexcept {

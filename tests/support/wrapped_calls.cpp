@@ -201,8 +201,8 @@ CALL(int, lstat64, (const char* path, void* status), (path, status), kMinusOne, 
 CALL(int, __lstat64_time64, (const char* path, void* status), (path, status), kMinusOne, ENOENT,
      EACCES)
 CALL(int, mkdir, (const char* path, unsigned mode), (path, mode), kMinusOne, ENOSPC, EACCES)
-CALL(int, mkstemp, (char* pattern), (pattern), kMinusOne, EEXIST, EACCES)
-CALL(int, mkstemp64, (char* pattern), (pattern), kMinusOne, EEXIST, EACCES)
+CALL(int, mkostemp, (char* pattern, int flags), (pattern, flags), kMinusOne, EEXIST, EACCES)
+CALL(int, mkostemp64, (char* pattern, int flags), (pattern, flags), kMinusOne, EEXIST, EACCES)
 CALL(void*, opendir, (const char* path), (path), kNull, EMFILE, ENOMEM)
 CALL(ssize_t, read, (int fd, void* buffer, size_t size), (fd, buffer, size), kMinusOne, EIO)
 CALL(ssize_t, __read_chk, (int fd, void* buffer, size_t size, size_t room),

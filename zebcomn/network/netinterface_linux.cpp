@@ -108,7 +108,7 @@ bool getIPAddress(sockaddr* address, std::string& out) try {
 }
 
 bool getMacAddress(const unsigned int& family, const std::string& name, std::string& out) {
-  const zebcomn::UniqueFd channel(socket(static_cast<int>(family), SOCK_DGRAM, 0));
+  const zebcomn::UniqueFd channel(socket(static_cast<int>(family), SOCK_DGRAM | SOCK_CLOEXEC, 0));
   if (!channel.IsOpen()) return false;
   ifreq request{};
   name.copy(request.ifr_name, IFNAMSIZ - 1);

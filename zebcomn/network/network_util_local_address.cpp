@@ -35,7 +35,8 @@ void SetScope(ANetworkUtil& util, addrinfo& entry) {
 
 /// The text of the local address of a connection to the entry; false when there is none.
 bool LocalTextTowards(const addrinfo& entry, int flags, std::string& text) {
-  const zebcomn::UniqueFd channel(socket(entry.ai_family, entry.ai_socktype, entry.ai_protocol));
+  const zebcomn::UniqueFd channel(
+      socket(entry.ai_family, entry.ai_socktype | SOCK_CLOEXEC, entry.ai_protocol));
   if (!channel.IsOpen()) return false;
   if (connect(channel.get(), entry.ai_addr, entry.ai_addrlen) != 0) return false;
   sockaddr_storage local{};

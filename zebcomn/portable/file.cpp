@@ -114,7 +114,7 @@ HANDLE tivCreateFileAW(const char* path, DWORD dwDesiredAccess, DWORD, void*,
     zebcomn::StoreError(EINVAL);
     return nullptr;
   }
-  zebcomn::UniqueFd descriptor(open(path, *access | *disposition, kNewFileMode));
+  zebcomn::UniqueFd descriptor(open(path, *access | *disposition | O_CLOEXEC, kNewFileMode));
   if (!descriptor.IsOpen()) return nullptr;
   return MakeFileHandle(std::move(descriptor), dwFlagsAndAttributes == TIV_FLAG_DELETE_ON_CLOSE,
                         path);

@@ -37,7 +37,8 @@ enum {
 #define TIV_FLAG_NORMAL ((DWORD)0x80u)                 ///< The file stays.
 #define TIV_FLAG_DELETE_ON_CLOSE ((DWORD)0x04000000u)  ///< Its path is removed by the close.
 
-/// Opens or makes a file; a new one gets the mode 0660 less the process's file mask.
+/// Opens or makes a file; a new one gets the mode 0660 less the process's file mask. A program that
+/// the process starts does not get the file.
 ///
 /// \param[in] path     NUL-terminated.
 /// \param[in] dwDesiredAccess        One of TIV_ACCESS_*.

@@ -52,7 +52,7 @@ bool IsZero(const Node& node) {
 
 // The first hardware address that is not all zero; all zero when there is none.
 Node HardwareNode() {
-  const zebcomn::UniqueFd socket(::socket(AF_INET, SOCK_DGRAM, 0));
+  const zebcomn::UniqueFd socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
   if (!socket.IsOpen()) return {};
   alignas(ifreq) std::array<char, kInterfaceListBytes> list{};
   ifconf request{};

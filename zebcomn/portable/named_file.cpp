@@ -1,5 +1,7 @@
 #include "zebcomn/portable/named_file.h"
 
+#include <fcntl.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -14,7 +16,7 @@ namespace {
 /// Makes the file and gives its path; empty when that fails.
 std::string MakeTemporaryFile(const char* directory, const char* prefix) {
   std::string path = std::string(directory) + "/" + (prefix == nullptr ? "" : prefix) + "XXXXXX";
-  if (!zebcomn::UniqueFd(mkstemp(path.data())).IsOpen()) return {};
+  if (!zebcomn::UniqueFd(mkostemp(path.data(), O_CLOEXEC)).IsOpen()) return {};
   return path;
 }
 

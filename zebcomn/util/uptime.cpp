@@ -15,7 +15,7 @@ constexpr int kFieldCapacity = 1024;
 }  // namespace
 
 unsigned long ReadUptime(const char* path) {
-  const UniqueFile file(std::fopen(path, "r"));
+  const UniqueFile file(std::fopen(path, "re"));
   if (file == nullptr) return kUnknownUptime;
   char field[kFieldCapacity] = {};
   // What cannot be read leaves the field empty, and that converts to 0.
