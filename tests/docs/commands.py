@@ -4,7 +4,7 @@ import re
 import shlex
 
 # Programs that are not of this project and are shown beside it.
-FOREIGN = {"apt", "apt-get", "c++", "cc", "cat", "cd", "clang", "cp", "cpack", "ctest", "dpkg",
+FOREIGN = {"apt", "apt-get", "c++", "cc", "cat", "cd", "clang", "cp", "cpack", "dpkg",
            "dpkg-deb", "dpkg-query", "export", "g++", "gcc", "gdb", "git", "grep", "journalctl", "jq", "kill",
            "ldd", "less", "logger", "ls", "man", "mkdir", "nm", "pkg-config", "pre-commit",
            "python3", "qemu-ppc-static", "readelf", "rm", "set", "source", ".", "sudo", "tar", "tee", "test",
@@ -61,6 +61,8 @@ class Judge:
             yield from self.cmake_faults(arguments) if program == "cmake" else ()
         elif program.startswith(("scripts/", ".ci/")):
             yield from self.script_faults(program, arguments)
+        elif program == "ctest":
+            yield from self.ctest_faults(arguments)
         elif "/" in program:
             yield from self.path_faults([program])
         elif program not in FOREIGN and not ASSIGNMENT.match(program):
@@ -104,12 +106,20 @@ class Judge:
             elif option == "--target" and not self.is_target(argument):
                 yield f"there is no target {argument}"
 
+    def ctest_faults(self, arguments):
+        files = self.build.rglob("CTestTestfile.cmake")
+        tests = [name for file in files
+                 for name in re.findall(r"^add_test\(\W*(\w+)", file.read_text(encoding="utf-8"), re.M)]
+        for option, argument in zip(arguments, arguments[1:]):
+            if option == "-R" and not any(re.search(argument, test) for test in tests):
+                yield f"ctest has no test that fits {argument}"
+
     def is_target(self, name):
         if PLACEHOLDER.search(name):
             return True
         if name.startswith("run-"):
             name = name.removeprefix("run-")
-        return (re.search(rf"[(\s\"/]{re.escape(name)}[\s).\"]", self.cmake) is not None or
+        return (re.search(rf"[(\s\"/]{re.escape(name)}[\s)\"]", self.cmake) is not None or
                 any(name == f"reference_{path.stem}"
                     for path in (self.project / "examples/reference").glob("*.c*")))
 
