@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 #include <syslog.h>
 
+#include <cerrno>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -26,6 +28,7 @@ extern "C" {
 void openlog(const char* ident, int options, int facility) {
   calls.push_back("openlog " + std::string(ident) + " " + std::to_string(options) + " " +
                   std::to_string(facility));
+  errno = EPROTOTYPE;  // As a log behind a stream leaves it.
 }
 void closelog() {
   calls.emplace_back("closelog");
@@ -52,6 +55,16 @@ TEST(SystemLogOptions, LogIsOpenedAndClosedAroundEveryLine) {
       "openlog [PELU] " + std::to_string(LOG_CONS | LOG_NDELAY) + " " + std::to_string(LOG_USER);
   EXPECT_EQ(calls, (std::vector<std::string>{opened, "vsyslog 4 first 1", "closelog", opened,
                                              "vsyslog 6 second", "closelog"}));
+}
+
+TEST(SystemLogOptions, ReasonInTheFormatIsTheCallers) {
+  using namespace quenty_com::pelu;
+  calls.clear();
+  // Through a plain pointer: "%m" is no part of the language's own formats.
+  unsigned (*const log)(SyslogPriority, const char*, ...) = LogInSystemLog;
+  errno = ENOSPC;
+  log(PriorityError, "cannot write: %m");
+  EXPECT_EQ(calls.at(1), std::string("vsyslog 3 cannot write: ") + std::strerror(ENOSPC));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <iconv.h>
 #include <pthread.h>
 
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -18,6 +19,8 @@
 #include <vector>
 
 #include "tests/support/fresh_process.h"
+#include "tests/support/scratch_dir.h"
+#include "zebcomn/util/time_stamp.h"
 
 namespace {
 
@@ -140,6 +143,8 @@ TEST_F(TimeZone, TimegmOfNullIsMinusOneAndLeavesTheZoneAlone) {
 TEST_F(TimeZone, TimegmWorksUnderAnEmptyZoneAndTheMutex) {
   SetZone("XYZ-5:30");
   tm epoch = Fields(1970, 1, 1, 0, 0, 0);
+  zebcomn_timegm(&epoch);  // The first call of all reads the zone once more.
+  tzset_calls = 0;
   zebcomn_timegm(&epoch);
   EXPECT_EQ(zone_in_mktime, "");
   EXPECT_TRUE(mutex_was_held);
@@ -249,6 +254,40 @@ TEST_F(TimeZone, NameIsCutTo63Characters) {
   char longer[100] = {};
   std::memset(longer, 'l', 99);
   EXPECT_EQ(NameOf(longer), "1 " + std::string(63, 'l'));
+}
+
+/// A zone file at the time of Greenwich: many kinds of daylight-saving time and, behind them, the
+/// standard time, so that this takes a while to find. All are named "XST".
+std::string ZoneFile() {
+  constexpr int kDaylightKinds = 200;
+  const auto number = [](int value) { return std::string(3, '\0') + static_cast<char>(value); };
+  std::string file = "TZif" + std::string(16, '\0');
+  // The counts: only the last two are not zero, kinds of time and bytes of names.
+  for (const int count : {0, 0, 0, 0, kDaylightKinds + 1, 4}) file += number(count);
+  // Each kind: seconds from Greenwich, whether daylight is saved, where its name begins.
+  for (int i = 0; i < kDaylightKinds; ++i) file += number(0) + '\1' + '\0';
+  file += number(0) + '\0' + '\0';
+  return file + std::string("XST\0", 4);
+}
+
+// The C library clears the abbreviation while it looks a moment up in a zone file.
+TEST_F(TimeZone, NameIsThereWhileOtherThreadsMakeStamps) {
+  const zebcomn_test::ScratchDir dir;
+  SetZone((":" + dir.Write("zone", ZoneFile())).c_str());
+  ASSERT_STREQ(tzname[0], "XST") << "the zone file is taken";
+  std::atomic<bool> done = false;
+  std::thread stamps([&done] {
+    char text[15];
+    for (int i = 0; i < 100000; ++i) tivmcomn_CreateLocalTimeStampA(text, sizeof text);
+    done = true;
+  });
+  int wrong = 0;
+  while (!done) {
+    std::wstring name;
+    if (zebcomn_gettimezone(name) != 1 || name != L"XST") ++wrong;
+  }
+  stamps.join();
+  EXPECT_EQ(wrong, 0);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <syslog.h>
 
+#include <cerrno>
+
 namespace quenty_com::pelu {
 namespace {
 
@@ -34,8 +36,11 @@ unsigned LogInSystemLog(SyslogPriority priority, const char* format, ...) {
 
 unsigned vLogInSystemLog(int level, const char* format, va_list args) {
   if (format == nullptr) return kLogged;
+  // The opening can change it, and "%m" in the format stands for the caller's.
+  const int error = errno;
   // Kept: opened and closed around every line, so that no setting of the program's own outlives it.
   openlog(kIdent, LOG_CONS | LOG_NDELAY, LOG_USER);
+  errno = error;
   vsyslog(level, format, args);
   closelog();
   return kLogged;

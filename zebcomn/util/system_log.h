@@ -27,7 +27,8 @@ enum SyslogPriority : int {
   PriorityInfo = 3       ///< `LOG_INFO`
 };
 
-/// Formats as `printf` does and writes one line. A null `format` writes nothing.
+/// Formats as `printf` does, "%m" being the text of the caller's `errno`, and writes one line. A
+/// null `format` writes nothing.
 /// \param priority how grave the line is.
 /// \param format as for `printf`, followed by its arguments.
 /// \return 1, also when nobody receives the line.

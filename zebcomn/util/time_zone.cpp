@@ -1,11 +1,13 @@
 #include "zebcomn/util/time_zone.h"
 
 #include <sched.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <cstring>
 
 #include "zebcomn/portable/held_mutex_internal.h"
+#include "zebcomn/portable/plain_atomic_internal.h"
 #include "zebcomn/util/text_conversion.h"
 
 namespace quenty_com::pelu {
@@ -16,11 +18,23 @@ namespace {
 
 constexpr std::size_t kMaxZoneText = 1024;
 constexpr std::size_t kMaxZoneName = 63;
+// How often a null abbreviation is looked at again, and how long before: more than half a second in
+// all.
+constexpr int kMostLooks = 5000;
+constexpr useconds_t kMicrosecondsBetweenLooks = 100;
+
+// Has the C library read "TZ" for the first time. It reads it by itself when a time is first broken
+// down, which a stamp of another thread must not do while the variable is changed here.
+void ReadZoneOnce() {
+  static const bool is_read = (tzset(), true);
+  static_cast<void>(is_read);
+}
 
 // Switches the process to UTC and back. The library's mutex is held meanwhile.
 class UtcZone {
  public:
   UtcZone() {
+    ReadZoneOnce();
     const char* const zone = std::getenv("TZ");
     if (zone != nullptr && strnlen(zone, kMaxZoneText + 1) <= kMaxZoneText) {
       std::strcpy(saved_, zone);
@@ -56,6 +70,18 @@ class UtcZone {
   char saved_[kMaxZoneText + 1] = {};
 };
 
+// The abbreviation of the standard-time zone; null when there is none. The C library takes it away
+// while any thread breaks down a local time, and such a thread can be held up just then: so a null
+// is looked at again. The text itself stays for good.
+const char* StandardZone() {
+  const char* zone = zebcomn::LoadAcquire<char*>(&tzname[0]);
+  for (int looks = 0; zone == nullptr && looks < kMostLooks; ++looks) {
+    usleep(kMicrosecondsBetweenLooks);
+    zone = zebcomn::LoadAcquire<char*>(&tzname[0]);
+  }
+  return zone;
+}
+
 }  // namespace
 
 std::time_t zebcomn_timegm(std::tm* time) {
@@ -67,9 +93,10 @@ std::time_t zebcomn_timegm(std::tm* time) {
 
 unsigned int zebcomn_gettimezone(std::wstring& name) {
   const zebcomn::HeldMutex held(mutex);
-  if (tzname[0] == nullptr) return 0;
+  const char* const zone = StandardZone();
+  if (zone == nullptr) return 0;
   char text[kMaxZoneName + 1] = {};
-  std::strncpy(text, tzname[0], kMaxZoneName);
+  std::strncpy(text, zone, kMaxZoneName);
   name = tivmcomn_ansi_to_wide(text);
   return 1;
 }
