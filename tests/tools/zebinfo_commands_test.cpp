@@ -164,6 +164,20 @@ TEST(ZebinfoPlatformMatch, AsJsonHasAVerdictAndTheSameExitStatus) {
   }
 }
 
+TEST(ZebinfoPlatformMatch, ATextOfWhichTheLibrarySeesOnlyTheBeginningIsRefused) {
+  const std::string filler(255, 'f');
+  const std::string fits = filler + "WRLX";  // 259 characters.
+  EXPECT_EQ(Zebinfo({"platform-match", fits, "WRLX"}).exit_status, 0);
+  EXPECT_EQ(Zebinfo({"platform-match", "WRLX", std::string(254, 'f') + "|WRLX"}).exit_status, 0);
+  EXPECT_EQ(Zebinfo({"platform-match", " " + fits + " ", "W R L X"}).exit_status, 0);
+  EXPECT_EQ(Everything(Zebinfo({"platform-match", "f" + fits, "WRLX"})),
+            "exit status 2\nzebinfo: PLATFORM has more than 259 characters without its blanks\n"
+            "The library looks at no more of it; shorten the name.\n");
+  EXPECT_EQ(Everything(Zebinfo({"platform-match", "WRLX", filler + "|WRLX", "--json"})),
+            "exit status 2\nzebinfo: LIST has more than 259 characters without its blanks\n"
+            "The library looks at no more of it; ask for parts of the list.\n");
+}
+
 void Link(const std::string& target, const std::string& at) {
   if (symlink(target.c_str(), at.c_str()) != 0) throw std::runtime_error("symlink " + at);
 }
@@ -270,6 +284,20 @@ TEST(ZebinfoPath, AChainOfFiftyOneLinksIsTooLong) {
   const CommandResult result = Zebinfo({"path", dir / "51"});
   EXPECT_EQ(result.exit_status, 1);
   EXPECT_THAT(result.err, HasSubstr("leads to no file: Too many levels of symbolic links\n"));
+}
+
+TEST(ZebinfoPath, ALinkThatTheSystemReadsOtherwiseIsNamed) {
+  const ScratchDir dir;
+  dir.Write("other/sub/here", "");
+  dir.Write("other/file", "");
+  Link("other/sub", dir / "alias");
+  Link("alias/../file", dir / "link");
+  ASSERT_EQ(access((dir / "link").c_str(), F_OK), 0) << "the system finds a file";
+  EXPECT_EQ(Everything(Zebinfo({"path", dir / "link"})),
+            "Flat  " + dir.path() + "/link\nFile  none\nexit status 1\nzebinfo: \"" + dir.path() +
+                "/link\" leads to no file: a symbolic link is too long, or has \"..\" behind a "
+                "directory that is a link\nThe library takes \"..\" out of a link's text; "
+                "\"realpath\" shows where the system goes.\n");
 }
 
 TEST(ZebinfoPath, APathAboveTheRootDoesNotFlatten) {

@@ -1,11 +1,18 @@
 // The command line of zebinfo: help, version, man page, wrong usage, and output that goes nowhere.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
+#include <array>
 #include <csignal>
+#include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "tests/support/child_program.h"
 #include "tests/support/scratch_dir.h"
 #include "tests/tools/zebinfo.h"
 
@@ -126,6 +133,12 @@ TEST(ZebinfoUsage, EachMistakeIsNamedWithAdvice) {
        "\"help\" is no command",
        "\"zebinfo resolve --help\" shows how it is used."},
       {{"help", "time"}, "\"help\" is no command", "\"zebinfo time --help\" shows how it is used."},
+      {{"--", "time"},
+       "\"time\" is a command, and no property behind \"--\"",
+       "Leave the \"--\" out, or put it behind the command."},
+      {{"--color", "guid", "path", "/etc/hosts"},
+       "\"guid\" is no choice for --color",
+       "Choose auto, always or never."},
       {{"cpu"},
        "\"cpu\" is the title of a group, not a property",
        "Name its properties: CPUType CPUSpeed NumOfCPU CPUSerialNumber IsPortable."},
@@ -184,9 +197,9 @@ TEST(ZebinfoUsage, AControlCharacterInAWrongOptionIsNotPrinted) {
   EXPECT_THAT(Zebinfo({"--a\x1B[2J"}).err, HasSubstr("\"--a\\x1b[2J\"\n"));
 }
 
-TEST(ZebinfoUsage, APortThatIsEmptyOrHasASignOrIsBeyondTheHighestIsRefused) {
-  for (const char* const port :
-       {"", "65536", "99999", "0065536", "100000000000000000000", "-1", "+80"}) {
+TEST(ZebinfoUsage, APortThatIsEmptyOrHasASignOrABlankOrIsBeyondTheHighestIsRefused) {
+  for (const char* const port : {"", "65536", "99999", "0065536", "100000000000000000000", "-1",
+                                 "+80", " 80", " 99999", " -1"}) {
     EXPECT_EQ(Everything(Zebinfo({"local-address", "127.0.0.1", port})),
               std::string("exit status 2\nzebinfo: \"") + port +
                   "\" is no port\nGive a number up to 65535, or the name of a service.\n");
@@ -213,6 +226,59 @@ TEST(ZebinfoOutput, IntoAClosedStreamIsAnError) {
   EXPECT_EQ(
       Everything(ZebinfoInShell("exec \"$@\" >&-")),
       "exit status 1\nzebinfo: cannot write the output: Bad file descriptor\n" + kSendItElsewhere);
+}
+
+// A pipe of the smallest size whose writing end does not block, as another program can leave it.
+class PipeThatDoesNotBlock {
+ public:
+  PipeThatDoesNotBlock() {
+    if (pipe(ends_.data()) != 0 || fcntl(ends_[0], F_SETFD, FD_CLOEXEC) != 0 ||
+        fcntl(ends_[1], F_SETFL, O_NONBLOCK) != 0) {
+      throw std::runtime_error("there can be no such pipe");
+    }
+    capacity_ = fcntl(ends_[1], F_SETPIPE_SZ, 1);
+  }
+  ~PipeThatDoesNotBlock() { close(ends_[0]); }
+  PipeThatDoesNotBlock(const PipeThatDoesNotBlock&) = delete;
+  PipeThatDoesNotBlock& operator=(const PipeThatDoesNotBlock&) = delete;
+
+  std::size_t capacity() const { return static_cast<std::size_t>(capacity_); }
+  int writing_end() const { return ends_[1]; }
+  // Leaves the writing to the program that has the end too.
+  void CloseWritingEnd() const { close(ends_[1]); }
+  void AwaitFull() const {
+    for (int held = 0; held < capacity_;) {
+      if (ioctl(ends_[0], FIONREAD, &held) != 0) throw std::runtime_error("FIONREAD failed");
+      std::this_thread::yield();
+    }
+  }
+  std::string ReadAll() const {
+    std::string all;
+    std::array<char, 4096> block{};
+    for (ssize_t got = 0; (got = read(ends_[0], block.data(), block.size())) > 0;) {
+      all.append(block.data(), static_cast<std::size_t>(got));
+    }
+    return all;
+  }
+
+ private:
+  std::array<int, 2> ends_{};
+  int capacity_ = 0;
+};
+
+TEST(ZebinfoOutput, WaitsForItsReaderWhereWritingDoesNot) {
+  const std::string whole = Zebinfo({"keys"}).out;
+  const PipeThatDoesNotBlock output;
+  if (output.capacity() >= whole.size()) GTEST_SKIP() << "this system's pipes hold all of it";
+  std::vector<std::string> command = {
+      "sh", "-c", "exec \"$@\" >&" + std::to_string(output.writing_end()), "sh"};
+  for (const std::string& word : ZebinfoWords({"keys"})) command.push_back(word);
+  ChildProgram program(command);
+  output.CloseWritingEnd();
+  output.AwaitFull();
+  const std::string seen = output.ReadAll();
+  EXPECT_EQ(program.Wait(), 0);
+  EXPECT_EQ(seen, whole);
 }
 
 TEST(ZebinfoOutput, WhoseReaderHasGoneEndsItAsItEndsEveryFilter) {

@@ -84,16 +84,27 @@ TEST(ZebinfoWatch, SeesWhatChanges) {
   EXPECT_EQ(text, "3.0.3\n4.3\n");
 }
 
-TEST(ZebinfoWatch, DrawsAnewOnATerminal) {
-  std::vector<std::string> command = {"env", "NO_COLOR=1"};
+// What two rounds of a watch show at a terminal of this kind, without colours.
+std::string WatchedAtATerminal(const std::string& kind) {
+  std::vector<std::string> command = {"env", "NO_COLOR=1", "TERM=" + kind};
   for (const std::string& word :
        ZebinfoWords({"OSType", "IsPortable", "--watch", "0.1", "--count", "2"})) {
     command.push_back(word);
   }
-  const std::string screen = "\x1B[H\x1B[2JOSType      Linux\nIsPortable  -1\n";
   Terminal terminal(command);
-  EXPECT_EQ(terminal.ReadAll(), screen + screen);
+  std::string shown = terminal.ReadAll();
   EXPECT_EQ(terminal.Wait(), 0);
+  return shown;
+}
+
+TEST(ZebinfoWatch, DrawsAnewOnATerminal) {
+  const std::string screen = "\x1B[H\x1B[2JOSType      Linux\nIsPortable  -1\n";
+  EXPECT_EQ(WatchedAtATerminal("xterm"), screen + screen);
+}
+
+TEST(ZebinfoWatch, WritesNothingButTextToADumbTerminal) {
+  const std::string block = "OSType      Linux\nIsPortable  -1\n";
+  EXPECT_EQ(WatchedAtATerminal("dumb"), block + "\n" + block);
 }
 
 TEST(ZebinfoWatch, EndsWellWithCtrlC) {
@@ -121,6 +132,28 @@ TEST(ZebinfoWatch, EndsWellWithAnInterruptWhereThereIsNoTerminal) {
   program.Send(SIGINT);
   EXPECT_EQ(program.Wait(), 0);
   fclose(output);
+}
+
+TEST(ZebinfoWatch, GoesOnWhereInterruptsAreIgnored) {
+  const ScratchDir dir;
+  const std::string fifo = dir / "fifo";
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+  // So it is with a job that a script has put into the background.
+  std::vector<std::string> command = {"sh", "-c", "trap '' INT; exec \"$@\" >" + fifo, "sh"};
+  for (const std::string& word : ZebinfoWords({"OSType", "--watch", "0.1", "--count", "3"})) {
+    command.push_back(word);
+  }
+  ChildProgram program(command);
+  FILE* const output = fopen(fifo.c_str(), "r");
+  std::string seen;
+  char line[64] = "";
+  while (fgets(line, sizeof line, output) != nullptr) {
+    seen += line;
+    program.Send(SIGINT);
+  }
+  EXPECT_EQ(program.Wait(), 0);
+  fclose(output);
+  EXPECT_EQ(seen, "Linux\nLinux\nLinux\n");
 }
 
 TEST(ZebinfoWatch, EndsWithAFailureWhenItsReaderGoes) {

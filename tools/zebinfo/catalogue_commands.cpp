@@ -81,10 +81,19 @@ void RefuseTitle(const std::string& word) {
   }
 }
 
+// A command comes here only from behind a "--", where every word is a name.
+void RefuseCommand(const std::string& word) {
+  const std::vector<std::string> commands = CommandNames();
+  if (std::find(commands.begin(), commands.end(), word) == commands.end()) return;
+  throw CommandError(kUsage, Quoted(word) + " is a command, and no property behind \"--\"",
+                     "Leave the \"--\" out, or put it behind the command.");
+}
+
 void RequireKnown(const std::string& name) {
   const std::vector<std::string> names = PropertyNames();
   if (std::find(names.begin(), names.end(), name) != names.end()) return;
   RefuseTitle(name);
+  RefuseCommand(name);
   const std::string meaning = LikelyMeaning(name);
   throw CommandError(
       kUsage, Quoted(name) + " is neither a property nor a command",

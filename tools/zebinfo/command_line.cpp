@@ -12,6 +12,7 @@
 #include "tools/zebinfo/catalogue.h"
 #include "tools/zebinfo/command_table.h"
 #include "tools/zebinfo/nearest.h"
+#include "tools/zebinfo/output.h"
 #include "tools/zebinfo/text.h"
 #include "tools/zebinfo/watch.h"
 
@@ -51,11 +52,6 @@ constexpr const char* kFooter =
     "\n"
     "What is wrong, and what to do about it, goes to standard error.";
 
-bool IsSetTo(const char* variable, const std::string& value) {
-  const char* const text = std::getenv(variable);
-  return text != nullptr && text == value;
-}
-
 // By itself, output has colours on a terminal that knows them, unless the user wants none anywhere.
 bool WantsColor(const std::string& choice) {
   if (choice == "always") return true;
@@ -66,15 +62,26 @@ bool WantsColor(const std::string& choice) {
   }
   const char* const no_color = std::getenv("NO_COLOR");
   const bool is_unwanted = no_color != nullptr && *no_color != '\0';
-  return !is_unwanted && !IsSetTo("TERM", "dumb") && isatty(STDOUT_FILENO) != 0;
+  return !is_unwanted && !IsDumbTerminal() && isatty(STDOUT_FILENO) != 0;
+}
+
+const Command* CommandNamed(const std::string& word) {
+  for (const Command& command : Commands()) {
+    if (word == command.name) return &command;
+  }
+  return nullptr;
+}
+
+// Whether the next word is the value of this one, in front of a command.
+bool TakesNextWord(const std::string& word) {
+  return word == "--color" || word == "--watch" || word == "--count";
 }
 
 // The command that the command line begins with, its options aside; null without one.
 const Command* CommandAmong(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
-    for (const Command& command : Commands()) {
-      if (std::string(argv[i]) == command.name) return &command;
-    }
+    if (const Command* const command = CommandNamed(argv[i])) return command;
+    if (TakesNextWord(argv[i])) ++i;
   }
   return nullptr;
 }

@@ -1,6 +1,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -21,6 +22,9 @@ constexpr unsigned kStampCapacity = 100;
 constexpr std::size_t kMessageCapacity = 512;
 constexpr const char* kVersionEntryPoint = "ZUPLUGIN_GetVersion";
 constexpr const char* kGiveAModule = "Give the path of a plug-in module.";
+
+// How many characters, blanks aside, tivmcomn_IsPlatformMatch looks at.
+constexpr std::ptrdiff_t kMostPlatformCharacters = ZEBCOMN_PATH_CAPACITY - 1;
 
 // What tivmcomn_IsPlatformMatch answers for a platform whose version no range holds.
 constexpr uint32_t kVersionOutOfRange = 1;
@@ -85,6 +89,16 @@ std::string Stamp(StampCall call, const std::string& file) {
             "Ask the maker of the module.");
   }
   return stamp;
+}
+
+// A verdict on the beginning of a text would be none on the text.
+void RequireJudgeable(const char* argument, const std::string& text, const char* advice) {
+  const auto blanks = std::count(text.begin(), text.end(), ' ');
+  if (static_cast<std::ptrdiff_t>(text.size()) - blanks <= kMostPlatformCharacters) return;
+  throw CommandError(kUsage,
+                     std::string(argument) + " has more than " +
+                         std::to_string(kMostPlatformCharacters) + " characters without its blanks",
+                     advice);
 }
 
 struct Verdict {
@@ -156,6 +170,8 @@ void ShowPluginVersion(const std::string& file, Format format) {
 }
 
 ExitStatus JudgePlatform(const std::string& platform, const std::string& list, Format format) {
+  RequireJudgeable("PLATFORM", platform, "The library looks at no more of it; shorten the name.");
+  RequireJudgeable("LIST", list, "The library looks at no more of it; ask for parts of the list.");
   const Verdict verdict = Judge(platform, list);
   if (format != Format::kText) {
     PrintJson({{"platform", platform}, {"list", list}, {"verdict", verdict.word}}, format);

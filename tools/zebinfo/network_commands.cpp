@@ -2,6 +2,7 @@
 #include <sys/socket.h>
 
 #include <algorithm>
+#include <cctype>
 
 #include "tools/zebinfo/commands.h"
 #include "tools/zebinfo/text.h"
@@ -92,10 +93,12 @@ class AddressTexts {
   std::vector<char*> texts_;
 };
 
-// Whether a port is empty, a number with a sign, or beyond the highest: the resolver takes the
-// first for 0, the second for the name of a service, and the low 16 bits of the third.
+// Whether a port is empty, has a sign or white space in front, or is beyond the highest: the
+// resolver takes the first for 0, the second for a service or, white space aside, for any number,
+// and of the third the low 16 bits.
 bool IsNoPort(const std::string& port) {
   if (port.empty() || port[0] == '-' || port[0] == '+') return true;
+  if (std::isspace(static_cast<unsigned char>(port[0])) != 0) return true;
   if (port.find_first_not_of("0123456789") != std::string::npos) return false;
   const std::size_t begin = port.find_first_not_of('0');
   if (begin == std::string::npos) return false;

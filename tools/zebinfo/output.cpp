@@ -1,9 +1,11 @@
 #include "tools/zebinfo/output.h"
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 
 #include "tools/zebinfo/command_error.h"
@@ -47,6 +49,12 @@ std::string Cell(const std::string& value) {
 void PrintWithoutTrailingBlanks(const std::string& line) {
   printed.append(line, 0, line.find_last_not_of(' ') + 1);
   printed += '\n';
+}
+
+// Waits until standard output takes more.
+void WaitForReader() {
+  pollfd output = {STDOUT_FILENO, POLLOUT, 0};
+  poll(&output, 1, -1);
 }
 
 }  // namespace
@@ -111,6 +119,11 @@ void PrintPairs(const std::vector<std::pair<std::string, std::string>>& pairs,
   }
 }
 
+bool IsDumbTerminal() {
+  const char* const terminal = std::getenv("TERM");
+  return terminal != nullptr && std::strcmp(terminal, "dumb") == 0;
+}
+
 void Flush() {
   // Whatever becomes of it, it is not printed again.
   const std::string text = std::move(printed);
@@ -118,6 +131,11 @@ void Flush() {
   for (std::size_t done = 0; done < text.size();) {
     const ssize_t written = write(STDOUT_FILENO, text.data() + done, text.size() - done);
     if (written < 0 && errno == EINTR) continue;
+    if (written < 0 && errno == EAGAIN) {
+      // Another program has made the terminal or pipe, which it has too, one that does not block.
+      WaitForReader();
+      continue;
+    }
     if (written < 0) {
       throw CommandError(kFailure, std::string("cannot write the output: ") + std::strerror(errno),
                          "Send it to a terminal, a pipe or a file that can take it.");

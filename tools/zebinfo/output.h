@@ -51,7 +51,11 @@ void PrintTable(const std::vector<Row>& rows, const std::vector<Align>& aligns, 
 void PrintPairs(const std::vector<std::pair<std::string, std::string>>& pairs,
                 const std::string& indent = "", std::size_t name_width = 0);
 
-/// Writes what was printed to standard output; throws CommandError when that cannot be done.
+/// Whether the environment says that the terminal knows nothing but text.
+bool IsDumbTerminal();
+
+/// Writes what was printed to standard output, however long its reader takes; throws CommandError
+/// when that cannot be done.
 void Flush();
 
 }  // namespace zebinfo

@@ -41,7 +41,10 @@ std::string Flatten(const std::string& path, const std::optional<std::string>& b
   }
   if (S_ISDIR(status.st_mode)) NoFile(flat, "it is a directory");
   if (!S_ISREG(status.st_mode)) NoFile(flat, "it is not a regular file");
-  NoFile(flat, "its symbolic links are too long or too many");
+  // The system finds a file where the library does not.
+  NoFile(
+      flat, "a symbolic link is too long, or has \"..\" behind a directory that is a link",
+      "The library takes \"..\" out of a link's text; \"realpath\" shows where the system goes.");
 }
 
 }  // namespace

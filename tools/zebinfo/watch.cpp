@@ -29,14 +29,17 @@ constexpr const char* kClearScreen = "\x1B[H\x1B[2J";
 volatile sig_atomic_t interrupted = 0;
 
 // Takes Ctrl-C while it lives. The first one ends the watch after the collection that is under way;
-// a second one, when that takes too long, ends the process.
+// a second one, when that takes too long, ends the process. Where it is ignored, as for a job that
+// a script has put into the background, it stays ignored.
 class InterruptWatch {
  public:
   InterruptWatch() {
+    sigaction(SIGINT, nullptr, &former_action_);
+    if (former_action_.sa_handler == SIG_IGN) return;
     struct sigaction action = {};
     action.sa_handler = [](int) { interrupted = 1; };
     action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
-    sigaction(SIGINT, &action, &former_action_);
+    sigaction(SIGINT, &action, nullptr);
   }
   ~InterruptWatch() { sigaction(SIGINT, &former_action_, nullptr); }
   InterruptWatch(const InterruptWatch&) = delete;
@@ -90,7 +93,8 @@ WatchPlan ParseWatchPlan(const std::string& seconds, const std::optional<std::st
 
 void Watch(const WatchPlan& plan, Spacing spacing, const std::function<void()>& show) {
   const InterruptWatch interrupt;
-  const bool redraws = spacing != Spacing::kJsonLines && isatty(STDOUT_FILENO) != 0;
+  const bool redraws =
+      spacing != Spacing::kJsonLines && !IsDumbTerminal() && isatty(STDOUT_FILENO) != 0;
   auto next = steady_clock::now();
   for (unsigned long done = 0; plan.count == 0 || done < plan.count; ++done) {
     if (done > 0 && interrupt.WaitUntil(next)) return;

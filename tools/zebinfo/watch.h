@@ -21,7 +21,8 @@ WatchPlan ParseWatchPlan(const std::string& seconds, const std::optional<std::st
 enum class Spacing { kBlocks, kLines, kJsonLines };
 
 /// Shows something again and again, until the count is reached or the user presses Ctrl-C. On a
-/// terminal each text takes the place of the one before; elsewhere they follow each other.
+/// terminal each text takes the place of the one before; elsewhere, and on a dumb one, they follow
+/// each other.
 void Watch(const WatchPlan& plan, Spacing spacing, const std::function<void()>& show);
 
 }  // namespace zebinfo
