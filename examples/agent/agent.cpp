@@ -3,6 +3,7 @@
 #include <time.h>
 
 #include <array>
+#include <stdexcept>
 #include <utility>
 
 #include "examples/plugin/plugin_strings.h"
@@ -20,7 +21,6 @@ using quenty_com::pelu::PriorityError;
 using quenty_com::pelu::PriorityInfo;
 
 constexpr int kStopped = 0;
-constexpr int kCouldNotStart = 1;
 /// This platform, as plug-ins name it.
 constexpr const char* kPlatform = "WRLX:4:6:0";
 constexpr timespec kPause = {0, 10'000'000};
@@ -43,7 +43,9 @@ Agent::Agent(std::string plug_in_path) : plug_in_path_(std::move(plug_in_path)) 
 
 int Agent::Run() {
   LogInSystemLog(PriorityInfo, "%s %s starts", SoftwareId().c_str(), NewGuid().c_str());
-  if (!LoadPlugIn() || !signals_.Start()) return kCouldNotStart;
+  const std::string why = LoadPlugIn();
+  if (!why.empty()) throw std::runtime_error(why);
+  if (!signals_.Start()) throw std::runtime_error("cannot start the signal thread");
   worker_.Start();
   for (Happening happening = Await(); happening != Happening::kStopAsked; happening = Await()) {
     if (happening == Happening::kReloadAsked) Reload();
@@ -74,7 +76,7 @@ Agent::Happening Agent::Await() {
   }
 }
 
-bool Agent::LoadPlugIn() {
+std::string Agent::LoadPlugIn() {
   // The old module goes first, so that its file is read anew.
   plug_in_.reset();
   std::string why;
@@ -83,13 +85,14 @@ bool Agent::LoadPlugIn() {
     why = std::string("no support for ") + kPlatform;
   }
   if (!why.empty()) {
-    LogInSystemLog(PriorityError, "plug-in %s: %s", plug_in_path_.c_str(), why.c_str());
-    return false;
+    why.insert(0, "plug-in " + plug_in_path_ + ": ");
+    LogInSystemLog(PriorityError, "%s", why.c_str());
+    return why;
   }
   LogInSystemLog(PriorityInfo, "plug-in %s %s loaded", plug_in->Text(PLUGIN_STRING_NAME).c_str(),
                  plug_in->Version().c_str());
   plug_in_ = std::move(plug_in);
-  return true;
+  return why;
 }
 
 void Agent::Reload() {

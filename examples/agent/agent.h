@@ -16,14 +16,16 @@ class Agent {
  public:
   explicit Agent(std::string plug_in_path);
 
-  /// Runs until a signal stops it. Returns the exit status of the process.
+  /// Runs until a signal stops it. Returns the exit status of the process; throws what keeps the
+  /// agent from starting.
   int Run();
 
  private:
   enum class Happening { kReloadAsked, kStopAsked, kCatalogueComplete };
 
   Happening Await();
-  bool LoadPlugIn();
+  /// Loads the plug-in; why it cannot be used, or the empty text.
+  std::string LoadPlugIn();
   void Reload();
   void LogCatalogue();
 

@@ -11,7 +11,8 @@ int main(int argc, char** argv) {
   try {
     return example::Agent(argv[1]).Run();
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
+    // The system log has it too, but whoever starts the agent by hand looks here.
+    std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
     return 1;
   }
 }

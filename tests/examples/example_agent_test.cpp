@@ -180,11 +180,24 @@ TEST_F(ExampleAgent, PlugInForNoPlatformIsRefused) {
     const CommandResult result = RunTargetCommand({AgentFile(), PLUGIN_WITHOUT_TEXTS});
     std::string lines = logged.Lines(2);
     lines += logged.Rest();
-    return lines + "status " + std::to_string(result.exit_status);
+    return lines + result.err + "status " + std::to_string(result.exit_status);
   });
   EXPECT_THAT(story, MatchesRegex("<14>\\[PELU\\]: KZUAGENT4600WRLX \\{[-0-9A-F]+\\} starts\n"
                                   "<11>\\[PELU\\]: plug-in [^ ]*: no support for WRLX:4:6:0\n"
+                                  "[^ ]*example_agent: plug-in [^ ]*: no support for WRLX:4:6:0\n"
                                   "status 1"));
+}
+
+TEST_F(ExampleAgent, WithoutAPlugInItTellsWhoeverStartsIt) {
+  const std::string story = RunInPrivateHost([](PrivateHost&) {
+    // The loader leaves the record of a load that failed behind, as it is meant to.
+    const CommandResult result =
+        RunTargetCommand({AgentFile(), "/nowhere/plugin.so"},
+                         {{"LSAN_OPTIONS", "suppressions=" LEAKS_MEANT ":print_suppressions=0"}});
+    return result.out + result.err + "status " + std::to_string(result.exit_status);
+  });
+  EXPECT_THAT(story, MatchesRegex("[^ ]*example_agent: plug-in /nowhere/plugin.so: "
+                                  ".*No such file or directory\nstatus 1"));
 }
 
 TEST_F(ExampleAgent, WithoutItsArgumentItTellsItsUse) {
