@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
 
 #include "tests/support/named_text.h"
+#include "tests/util/allocation_record.h"
 
 namespace pelu = quenty_com::pelu;
 
@@ -163,6 +165,32 @@ TEST(DataConstants, EveryWideNameHasItsText) {
 
 TEST(DataConstants, EveryNarrowNameHasItsText) {
   ExpectTexts(kNarrowNames);
+}
+
+// This program's own initialisation comes after that of the libraries.
+const bool kLibrariesAreInitialised = (zebcomn_test::EndAllocationRecord(), true);
+
+/// Checks that each of the texts was allocated after the one before, and the first after `before`;
+/// when the last was. Short texts, which lie in their objects, are passed over.
+template <typename Text, std::size_t Count>
+std::size_t ExpectInOrder(const NamedText<Text> (&rows)[Count], std::size_t before) {
+  for (const NamedText<Text>& row : rows) {
+    if (row.expected.size() <= Text().capacity()) continue;
+    const std::size_t time = zebcomn_test::TimeOfAllocation(row.constant->data());
+    EXPECT_GT(time, before) << row.name;
+    before = time;
+  }
+  return before;
+}
+
+TEST(DataConstants, AreConstructedInTheOrderOfTheirTables) {
+#ifdef ZEBCOMN_UNDER_VALGRIND
+  GTEST_SKIP() << "valgrind brings its own memory functions, which keep no record";
+#endif
+  ASSERT_TRUE(kLibrariesAreInitialised);
+  const std::size_t last_wide = ExpectInOrder(kWideNames, 0);
+  ASSERT_GT(last_wide, 0U);
+  EXPECT_GT(ExpectInOrder(kNarrowNames, last_wide), last_wide);
 }
 
 TEST(DataConstants, RepeatedTextsAreSeparateObjects) {
