@@ -18,6 +18,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/support/failing_allocation.h"
 #include "tests/support/fresh_process.h"
 #include "tests/support/scratch_dir.h"
 #include "zebcomn/util/time_stamp.h"
@@ -254,6 +255,18 @@ TEST_F(TimeZone, NameIsCutTo63Characters) {
   char longer[100] = {};
   std::memset(longer, 'l', 99);
   EXPECT_EQ(NameOf(longer), "1 " + std::string(63, 'l'));
+}
+
+TEST_F(TimeZone, NameWithoutMemoryIsEmpty) {
+  SetZone("<NAME-OF-MORE-THAN-FIFTEEN-BYTES>0");
+  std::wstring name = L"old";
+  zebcomn_test::FailThrowingAllocation(1);
+  unsigned int result = 77;
+  EXPECT_NO_THROW(result = zebcomn_gettimezone(name));
+  zebcomn_test::FailThrowingAllocation(0);
+  EXPECT_EQ(zebcomn_test::TakeFailedAllocations(), 1);
+  EXPECT_EQ(result, 1u);
+  EXPECT_EQ(name, L"");
 }
 
 /// A zone file at the time of Greenwich: many kinds of daylight-saving time and, behind them, the

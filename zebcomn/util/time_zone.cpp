@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "zebcomn/portable/held_mutex_internal.h"
 #include "zebcomn/portable/plain_atomic_internal.h"
@@ -97,7 +98,11 @@ unsigned int zebcomn_gettimezone(std::wstring& name) {
   if (zone == nullptr) return 0;
   char text[kMaxZoneName + 1] = {};
   std::strncpy(text, zone, kMaxZoneName);
-  name = tivmcomn_ansi_to_wide(text);
+  try {
+    name = tivmcomn_ansi_to_wide(text);
+  } catch (const std::bad_alloc&) {
+    name.clear();
+  }
   return 1;
 }
 

@@ -36,7 +36,9 @@ ZEBCOMN_EXPORT std::time_t zebcomn_timegm(std::tm* time);
 
 /// The abbreviation of the standard-time zone that the process last set up; it calls no `tzset`.
 /// Threads that break down local times meanwhile, with this mutex or without, do not disturb it.
-/// \param[out] name  Receives the name, cut to 63 bytes. Untouched when there is none.
+/// Never throws.
+/// \param[out] name  Receives the name, cut to 63 bytes; empty when there is no memory for it.
+///                   Untouched when there is none.
 /// \return 1 when a name was stored, 0 otherwise; it takes up to a second to be sure of a 0.
 ZEBCOMN_EXPORT unsigned int zebcomn_gettimezone(std::wstring& name);
 
