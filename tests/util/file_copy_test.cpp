@@ -7,7 +7,9 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/support/descriptors.h"
@@ -196,6 +198,21 @@ TEST_F(FileCopyTest, PipeWithoutAWriterIsNotWaitedForWhenItIsInTheWay) {
   const std::string pipe = scratch_ / "pipe";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   EXPECT_EQ(Copy(scratch_.Write("source", "content"), pipe, 0), FALSE);
+}
+
+TEST_F(FileCopyTest, PipesAreReadAndWrittenAsTheyAre) {
+  const std::string from = scratch_ / "from";
+  const std::string to = scratch_ / "to";
+  ASSERT_EQ(mkfifo(from.c_str(), 0600), 0);
+  ASSERT_EQ(mkfifo(to.c_str(), 0600), 0);
+  const std::string content = Content(300000);  // More than a pipe holds.
+  std::string arrived;
+  std::thread writer([&] { std::ofstream(from, std::ios::binary) << content; });
+  std::thread reader([&] { arrived = ReadFile(to); });
+  EXPECT_EQ(Copy(from, to), TRUE);
+  writer.join();
+  reader.join();
+  EXPECT_TRUE(arrived == content) << arrived.size();
 }
 
 TEST_F(FileCopyTest, DestinationThatIsADanglingLinkIsMadeWhereTheLinkLeads) {

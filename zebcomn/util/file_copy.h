@@ -27,6 +27,11 @@ ZEBCOMN_BEGIN_C
 /// as it was, and so does a destination that is the source itself under whatever name. Any other
 /// failure can leave part of the content in `dst`.
 ///
+/// Pipes and devices are read and written as they are: a source that is a pipe is waited for until
+/// it has had a writer and has none any more, a destination that is a pipe until its reader has
+/// made room for all but what the pipe itself holds. Where others can put a pipe in a file's place,
+/// look before the call.
+///
 /// `nErrno` is left alone. Any number of threads may call, with different destinations.
 ZEBCOMN_EXPORT BOOL tivmcomn_copy_file(char* src, char* dst, int overwrite);
 
