@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <syslog.h>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 #include <functional>
 #include <string>
 
+#include "tests/support/command.h"
 #include "tests/support/descriptors.h"
 #include "tests/support/private_host.h"
 #include "tests/support/system_log_receiver.h"
@@ -123,6 +125,38 @@ TEST_F(SystemLog, EveryCallReturnsOneAndLeavesNoDescriptor) {
            std::to_string(OpenDescriptorCount() - before);
   });
   EXPECT_EQ(seen, "11 0");
+}
+
+/// Runs `use` in a thread that is cancelled as soon as it can be; whether it was.
+bool IsCancelledIn(void (*use)()) {
+  const auto run = [](void* routine) -> void* {
+    pthread_cancel(pthread_self());
+    (*static_cast<void (**)()>(routine))();
+    return nullptr;
+  };
+  pthread_t thread = 0;
+  void* end = nullptr;
+  if (pthread_create(&thread, nullptr, run, &use) != 0) return false;
+  pthread_join(thread, &end);
+  return end == PTHREAD_CANCELED;
+}
+
+TEST_F(SystemLog, CancelledLineLeavesTheLogClosed) {
+  if (zebcomn_test::IsEmulated()) GTEST_SKIP() << "the emulator aborts in a cancelled thread";
+  const std::string seen = RunInPrivateHost([](PrivateHost& host) {
+    SystemLogReceiver receiver(host);
+    // The C library loads what it needs for a cancellation at the first one.
+    IsCancelledIn([] { pthread_testcancel(); });
+    const int before = OpenDescriptorCount();
+    const auto log = [] { LogInSystemLog(quenty_com::pelu::PriorityInfo, "never sent"); };
+    std::string result = IsCancelledIn(log) ? "cancelled " : "not cancelled ";
+    result += std::to_string(OpenDescriptorCount() - before);
+    syslog(LOG_INFO, "the program's own");
+    for (const std::string& line : receiver.Arrived()) result += line;
+    return result;
+  });
+  EXPECT_THAT(seen, MatchesRegex("cancelled 0<14>" + std::string(kDate) +
+                                 "[^ :]*[a-z_]+: the program's own"));
 }
 
 TEST_F(SystemLog, WithoutAReceiverTheResultIsStillOne) {

@@ -77,17 +77,17 @@ TEST(UptimeFile, IsClosedAgain) {
   EXPECT_EQ(zebcomn_test::OpenDescriptorCount(), before);
 }
 
-/// Whether the descriptor that reads this pipe in this process is closed in programs that it
-/// starts.
-bool ReaderIsClosedOnExec(const struct stat& pipe) {
-  for (int fd = 0; fd < 1000; ++fd) {
+/// The descriptor of this process that reads this pipe. The system gives it out a little after it
+/// lets the pipe's writer go on.
+int ReaderOf(const struct stat& pipe) {
+  constexpr int kMostDescriptors = 1000;
+  for (int fd = 0;; fd = (fd + 1) % kMostDescriptors) {
     struct stat status = {};
     if (fstat(fd, &status) != 0 || status.st_dev != pipe.st_dev || status.st_ino != pipe.st_ino) {
       continue;
     }
-    if ((fcntl(fd, F_GETFL) & O_ACCMODE) == O_RDONLY) return (fcntl(fd, F_GETFD) & FD_CLOEXEC) != 0;
+    if ((fcntl(fd, F_GETFL) & O_ACCMODE) == O_RDONLY) return fd;
   }
-  return false;
 }
 
 TEST(UptimeFile, IsNotHandedToAProgramThatIsStartedMeanwhile) {
@@ -98,7 +98,9 @@ TEST(UptimeFile, IsNotHandedToAProgramThatIsStartedMeanwhile) {
   std::thread writer([&pipe, &closed_on_exec] {
     const int fd = open(pipe.c_str(), O_WRONLY | O_CLOEXEC);  // The reader has opened it too.
     struct stat status = {};
-    if (fstat(fd, &status) == 0) closed_on_exec = ReaderIsClosedOnExec(status);
+    if (fstat(fd, &status) == 0) {
+      closed_on_exec = (fcntl(ReaderOf(status), F_GETFD) & FD_CLOEXEC) != 0;
+    }
     if (write(fd, "42.5 1\n", 7) != 7) closed_on_exec = false;
     close(fd);
   });

@@ -4,6 +4,8 @@
 
 #include <cerrno>
 
+#include "zebcomn/portable/cancellation_internal.h"
+
 namespace quenty_com::pelu {
 namespace {
 
@@ -24,6 +26,22 @@ int LevelOf(SyslogPriority priority) {
   return LOG_INFO;
 }
 
+/// Owns the log while it is open. A thread may be cancelled in a line, but not while it opens or
+/// closes the log: the C library would keep a descriptor, and a destructor cannot be unwound.
+class OpenLog {
+ public:
+  OpenLog() {
+    const zebcomn::CancellationHeldOff no_cancellation;
+    openlog(kIdent, LOG_CONS | LOG_NDELAY, LOG_USER);
+  }
+  ~OpenLog() {
+    const zebcomn::CancellationHeldOff no_cancellation;
+    closelog();
+  }
+  OpenLog(const OpenLog&) = delete;
+  OpenLog& operator=(const OpenLog&) = delete;
+};
+
 }  // namespace
 
 unsigned LogInSystemLog(SyslogPriority priority, const char* format, ...) {
@@ -39,10 +57,9 @@ unsigned vLogInSystemLog(int level, const char* format, va_list args) {
   // The opening can change it, and "%m" in the format stands for the caller's.
   const int error = errno;
   // Kept: opened and closed around every line, so that no setting of the program's own outlives it.
-  openlog(kIdent, LOG_CONS | LOG_NDELAY, LOG_USER);
+  const OpenLog log;
   errno = error;
   vsyslog(level, format, args);
-  closelog();
   return kLogged;
 }
 
