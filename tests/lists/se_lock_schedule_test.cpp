@@ -389,4 +389,29 @@ TEST(ProcessDetach, LeavesTheSlotAloneThatSomebodyElseIsGivenMeanwhile) {
   EXPECT_EQ(tivTlsFree(slot), TRUE);
 }
 
+// The new identity slot is freed, and given to somebody else, before the attach has ended: the end
+// of a library thread does so. The attach used to take the other's slot for its own.
+
+void GiveTheNewSlotToSomebodyElse(Call call, bool before, void* /*object*/) {
+  if (call != Call::kMutexUnlock || before) return;
+  SetStepHook(nullptr);
+  tivTlsFree(0);
+  given_slot = tivTlsAlloc();
+}
+
+TEST(ProcessAttach, DoesNotTakeTheSlotForItsOwnThatSomebodyElseIsGivenMeanwhile) {
+  given_slot = TIV_INVALID_DWORD;
+  {
+    const StepHook hook(GiveTheNewSlotToSomebodyElse);
+    EXPECT_EQ(tiSO_ProcessAttach(), 0U);
+  }
+  ASSERT_EQ(given_slot, 0U);
+  EXPECT_EQ(tivTlsSetValue(given_slot, &given_slot), TRUE);
+  EXPECT_EQ(tiSO_GetThread(), TISO_NO_THREAD);
+  EXPECT_EQ(tiSO_ThreadAttachX(), FALSE);
+  EXPECT_EQ(tiSO_ProcessDetach(), FALSE);
+  EXPECT_EQ(tivTlsGetValue(given_slot), &given_slot);
+  EXPECT_EQ(tivTlsFree(given_slot), TRUE);
+}
+
 }  // namespace

@@ -37,8 +37,9 @@ void SetIdentitySlot(DWORD index) {
 }  // namespace
 
 DWORD tiSO_ProcessAttach() {
-  const DWORD index = tivTlsAlloc();
-  zebcomn::StoreRelaxed(&zebcomn::g_identity_stamp, zebcomn::TlsStamp(index));
+  uint32_t stamp = 0;
+  const DWORD index = zebcomn::AllocateTlsSlot(stamp);
+  zebcomn::StoreRelaxed(&zebcomn::g_identity_stamp, stamp);
   SetIdentitySlot(index);
   return index;
 }

@@ -134,7 +134,8 @@ inline void* GetValue(DWORD slot) {
 
 }  // namespace
 
-DWORD tivTlsAlloc(void) {
+DWORD zebcomn::AllocateTlsSlot(uint32_t& stamp) {
+  stamp = 0;
   HeldMutex lock(g_slot_mutex, HeldMutex::Insist{});
   ClearTablesOnFirstCall();
   const DWORD slot = FindFreeSlot();
@@ -147,11 +148,17 @@ DWORD tivTlsAlloc(void) {
   // Released: a tivTlsSetValue() that has begun in the slot's last allocation may see this key, and
   // must then see that the stamp is another.
   zebcomn::StoreRelease(&g_tls_slots[slot].key, *cell);
-  zebcomn::StoreRelease(&g_tls_slots[slot].stamp, NextStamp());
+  stamp = NextStamp();
+  zebcomn::StoreRelease(&g_tls_slots[slot].stamp, stamp);
   if (slot >= g_slots_end) zebcomn::StoreRelease(&g_slots_end, slot + 1);
   zebcomn::StoreRelaxed(&nTlsOwnerTable[slot], static_cast<int32_t>(getpid()));
   zebcomn::StoreRelease(&pTlsKeyTable[slot], cell);
   return slot;
+}
+
+DWORD tivTlsAlloc(void) {
+  uint32_t unused = 0;
+  return zebcomn::AllocateTlsSlot(unused);
 }
 
 BOOL tivTlsFree(DWORD dwTlsIndex) {
