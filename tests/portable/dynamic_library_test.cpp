@@ -2,9 +2,11 @@
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -15,6 +17,7 @@
 #include "tests/support/expected_leak.h"
 #include "tests/support/huge_text.h"
 #include "tests/support/scratch_dir.h"
+#include "zebcomn/portable/global_mutexes.h"
 #include "zebcomn/util/text_conversion.h"
 
 namespace {
@@ -141,6 +144,52 @@ TEST_F(DynamicLibraryTest, ModuleThatRefusesItsLoadGivesNullAndStaysLoaded) {
   EXPECT_EQ(nErrno, kErrorLeftAlone);
 }
 
+TEST_F(DynamicLibraryTest, DllMainRunsWithTheTablesMutexHeld) {
+  std::vector<int> results;
+  OnDllMain() = [&results](void*, uint32_t) {
+    results.push_back(pthread_mutex_trylock(&MutexDynamicLibraryList));
+    if (results.back() == 0) pthread_mutex_unlock(&MutexDynamicLibraryList);
+    return 1;
+  };
+  EXPECT_EQ(tivFreeLibrary(tivLoadLibrary(ObservedModule().c_str(), nullptr)), TRUE);
+  EXPECT_EQ(results, (std::vector<int>{EBUSY, EBUSY}));
+  EXPECT_EQ(pthread_mutex_trylock(&MutexDynamicLibraryList), 0) << "given back afterwards";
+  EXPECT_EQ(pthread_mutex_unlock(&MutexDynamicLibraryList), 0);
+}
+
+TEST_F(DynamicLibraryTest, CountOfLoadsBelowOneUnloads) {
+  const std::string path = ObservedModule();
+  void* module = tivLoadLibrary(path.c_str(), nullptr);
+  pDynamicLibraryList[0]->reference_count = 0;
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  EXPECT_FALSE(IsLoaded(path));
+  EXPECT_EQ(LibrariesInTable(), 0);
+}
+
+TEST_F(DynamicLibraryTest, CountOfLoadsWraps) {
+  void* module = tivLoadLibrary(PlainModule().c_str(), nullptr);
+  TivLibraryRecord* record = pDynamicLibraryList[0];
+  record->reference_count = INT32_MAX;
+  EXPECT_EQ(tivLoadLibrary(record->name, nullptr), module);
+  EXPECT_EQ(record->reference_count, INT32_MIN);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  EXPECT_EQ(record->reference_count, INT32_MAX);
+  record->reference_count = 1;
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
+TEST_F(DynamicLibraryTest, EmptyNameIsTheProgramItself) {
+  void* program = dlopen(nullptr, RTLD_LAZY);
+  void* module = tivLoadLibrary("", nullptr);
+  EXPECT_EQ(module, program);
+  EXPECT_EQ(tivLoadLibraryW(L"", nullptr), program);
+  EXPECT_EQ(LibrariesInTable(), 1);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  EXPECT_EQ(LibrariesInTable(), 0);
+  dlclose(program);
+}
+
 TEST_F(DynamicLibraryTest, ResultOfTheUnloadCallIsIgnored) {
   OnDllMain() = [](void*, uint32_t reason) { return reason == 1 ? 1 : 0; };
   const std::string path = ObservedModule();
@@ -261,6 +310,18 @@ TEST_F(DynamicLibraryTest, LongerNameTakesAnEntryForEachLoad) {
   }
 }
 
+TEST_F(DynamicLibraryTest, BeginningOfALongerNameIsTakenForIt) {
+  PlainModule("plain.so");
+  const std::string name = PathOfLength("plain.so", 300);
+  void* module = tivLoadLibrary(name.c_str(), nullptr);
+  ASSERT_NE(module, nullptr);
+  EXPECT_EQ(tivLoadLibrary(name.substr(0, 260).c_str(), nullptr), module);
+  EXPECT_EQ(LibrariesInTable(), 1);
+  EXPECT_EQ(pDynamicLibraryList[0]->reference_count, 2);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
 TEST_F(DynamicLibraryTest, HandleThatIsNotInTheTableIsRefusedWith22) {
   void* module = tivLoadLibrary(PlainModule().c_str(), nullptr);
   EXPECT_EQ(tivFreeLibrary(module), TRUE);
@@ -366,6 +427,19 @@ TEST_F(DynamicLibraryTest, AbsentSymbolGivesNullAndTheLoadersText) {
   EXPECT_NE(tivGetProcAddress(module, "answer", nullptr), nullptr);
   EXPECT_STREQ(message, "") << "each call empties the buffer";
   EXPECT_EQ(tivFreeLibrary(module), TRUE);
+}
+
+TEST_F(DynamicLibraryTest, LoadsAndLoadStringLookSymbolsUpAndSoOverwriteTheirMessage) {
+  const char* message = nullptr;
+  void* plain = tivLoadLibrary(PlainModule().c_str(), nullptr);
+  EXPECT_EQ(tivGetProcAddress(plain, "no_such_symbol", &message), nullptr);
+  void* observed = tivLoadLibrary(ObservedModule().c_str(), nullptr);
+  EXPECT_STREQ(message, "") << "the \"DllMain\" of the module was found";
+  EXPECT_EQ(tivLoadString(plain, 1, nullptr, 0), 0);
+  EXPECT_NE(std::string(message).find("loadString"), std::string::npos);
+  void* other = tivLoadLibrary(PlainModule("other.so").c_str(), nullptr);
+  EXPECT_NE(std::string(message).find("DllMain"), std::string::npos);
+  for (void* module : {plain, observed, other}) EXPECT_EQ(tivFreeLibrary(module), TRUE);
 }
 
 TEST_F(DynamicLibraryTest, SymbolWhoseAddressIsNullGivesNullWithoutAMessage) {

@@ -66,6 +66,13 @@ TivLibraryRecord* FindName(const char* name) {
   return nullptr;
 }
 
+/// Adds `change` to the loads that have not been given back, wrapping; the new count.
+int32_t CountLoads(TivLibraryRecord& record, uint32_t change) {
+  const auto count = static_cast<uint32_t>(record.reference_count);
+  record.reference_count = static_cast<int32_t>(count + change);
+  return record.reference_count;
+}
+
 TivLibraryRecord** FindFreeEntry() {
   for (TivLibraryRecord*& entry : pDynamicLibraryList) {
     if (entry == nullptr) return &entry;
@@ -82,7 +89,8 @@ void Retire(TivLibraryRecord** entry) {
 
 void FillRecord(TivLibraryRecord& record, const char* name, void* module, TivEntryRoutine entry) {
   record.reference_count = 1;
-  // Kept: a longer name is cut here and so never found again; each load of it takes an entry.
+  // Kept: a longer name is cut here and so never found again; each load of it takes an entry, which
+  // is found under the name's beginning.
   zebcomn::CopyBounded(record.name, kKeptNameCapacity, name);
   record.entry_routine = entry;
   zebcomn::StoreRelease(&record.module, module);
@@ -132,7 +140,7 @@ bool IsListed(const void* module) {
 /// Gives back one load. REQUIRES: `MutexDynamicLibraryList` is held.
 BOOL ReleaseEntry(TivLibraryRecord** entry) {
   TivLibraryRecord& record = **entry;
-  if (--record.reference_count >= 1) return TRUE;
+  if (CountLoads(record, static_cast<uint32_t>(-1)) >= 1) return TRUE;
   // A cancellation in the module's code would leave it loaded with no load to give back.
   const zebcomn::CancellationHeldOff no_cancellation;
   if (record.entry_routine != nullptr) {
@@ -173,7 +181,7 @@ void* tivLoadLibrary(const char* lpLibFileName, const char** ppMessage) {
   }
   ClearTableOnFirstCall();
   if (TivLibraryRecord* loaded = FindName(lpLibFileName); loaded != nullptr) {
-    ++loaded->reference_count;
+    CountLoads(*loaded, 1);
     return loaded->module;
   }
   TivLibraryRecord** entry = FindFreeEntry();

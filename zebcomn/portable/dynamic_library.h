@@ -14,7 +14,8 @@
 ///    them run with cancellation disabled.
 ///  - A call that has a message pointer stores there, when it is not null, the address of its own
 ///    process-wide text: empty, or the reason of a failure. The text is the library's; the next
-///    call of the same function, in any thread, overwrites it.
+///    call of the same function, in any thread, overwrites it. Some calls make others inside:
+///    tivLoadLibraryW() a tivLoadLibrary(), a load and tivLoadString() a tivGetProcAddress().
 ///  - Any number of threads may call.
 ///
 /// \par Example
@@ -45,7 +46,7 @@ typedef struct TivLibraryRecord {
   char name[TIV_LIBRARY_NAME_CAPACITY];  ///< As it was given, cut at 260 bytes.
   void* module;                          ///< Null until "DllMain" has accepted the load.
   TivEntryRoutine entry_routine;         ///< The module's "DllMain", or null.
-  int32_t reference_count;               ///< Loads of this name that have not been given back.
+  int32_t reference_count;               ///< Loads that have not been given back; it wraps.
   int32_t thread_calls_disabled;         ///< Set by tivDisableThreadLibraryCalls(); without effect.
 } TivLibraryRecord;
 
@@ -58,9 +59,10 @@ extern ZEBCOMN_EXPORT TivLibraryRecord* pDynamicLibraryList[TIV_LIBRARY_COUNT];
 ///
 /// Names are compared byte by byte: two names of one file have an entry, a count and a "DllMain"
 /// call each, with the same handle. A name of more than 260 bytes is never found again; each load
-/// of it takes an entry.
+/// of it takes an entry, and a name that is just its first 260 bytes is taken for a load of it.
 ///
-/// \param[in]  lpLibFileName  File name, as for `dlopen`. Null is a failure to load.
+/// \param[in]  lpLibFileName  File name, as for `dlopen`: the empty one is the program itself. Null
+///                            is a failure to load.
 /// \param[out] ppMessage      May be null. See above; at most 511 bytes.
 /// \return The module handle, or null with the message
 ///   - "locked" (`nErrno` 16): the table's lock could not be had;
