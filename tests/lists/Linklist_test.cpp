@@ -169,6 +169,15 @@ TEST_F(LinkedListTest, RemoveAtOfTheOnlyElementEmptiesTheList) {
   EXPECT_EQ(record().count, 0U);
 }
 
+TEST_F(LinkedListTest, RemoveAtOfTheOnlyElementIsARemovalAtTheHeadThatNeedsNoTail) {
+  AddTail({&a_});
+  record().tail = nullptr;
+  EXPECT_EQ(LinkedList_RemoveAt(list_, 0), &a_);
+  EXPECT_EQ(record().head, nullptr);
+  EXPECT_EQ(record().tail, nullptr);
+  EXPECT_EQ(record().count, 0U);
+}
+
 TEST_F(LinkedListTest, RemoveAtPastTheEndGivesNull) {
   EXPECT_EQ(LinkedList_RemoveAt(list_, 0), nullptr);
   AddTail({&a_});
@@ -278,6 +287,9 @@ TEST_F(LinkedListDeathTest, PeekInABrokenListFailsTheAssertionOfLine200) {
 TEST_F(LinkedListDeathTest, RemoveOfTheLastWithoutATailFailsTheAssertionOfLine238) {
   AddTail({&a_, &b_});
   record().tail = nullptr;
+  EXPECT_EXIT(LinkedList_RemoveAt(list_, 1), testing::KilledBySignal(SIGABRT),
+              Message("238: void* LinkedList_RemoveAt(void*, DWORD)", "lpMain->lpTail"));
+  a_.next = nullptr;  // The tail is looked at before the way to the element.
   EXPECT_EXIT(LinkedList_RemoveAt(list_, 1), testing::KilledBySignal(SIGABRT),
               Message("238: void* LinkedList_RemoveAt(void*, DWORD)", "lpMain->lpTail"));
 }

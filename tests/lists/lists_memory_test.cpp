@@ -11,6 +11,7 @@
 #include "zebcomn/lists/sll2.h"
 #include "zebcomn/lists/thread_attach.h"
 #include "zebcomn/portable/error.h"
+#include "zebcomn/portable/tls.h"
 
 namespace {
 
@@ -142,14 +143,31 @@ TEST_F(ListsMemory, AnEventThatCannotBeHadLeavesTheThreadNotAttached) {
 
 TEST_F(ListsFaults, AnIdentityThatCannotBeStoredLeavesNoEventBehind) {
   tiSO_ThreadDetach();
+  nErrno = 77;
   {
     const CallWatch watch(Call::kSetspecific, 1, ENOMEM);
     EXPECT_EQ(tiSO_ThreadAttach(), 0U);
     EXPECT_TRUE(watch.Failed());
     EXPECT_EQ(watch.UnfreedBlocks(), 0);
   }
+  EXPECT_EQ(nErrno, 77);
   EXPECT_EQ(tiSO_GetThread(), TISO_NO_THREAD);
   EXPECT_EQ(tiSO_ThreadAttach(), 1U);
+}
+
+TEST(ListsFaultsOfTheSlot, KeyThatCannotBeDeletedFailsTheDetachOfTheProcess) {
+  const DWORD slot = tiSO_ProcessAttach();
+  const pthread_key_t key = *pTlsKeyTable[slot];
+  nErrno = 77;
+  {
+    const CallWatch watch(Call::kKeyDelete, 1, EINVAL);
+    EXPECT_EQ(tiSO_ProcessDetach(), 0);
+    EXPECT_TRUE(watch.Failed());
+  }
+  EXPECT_EQ(nErrno, 77);
+  EXPECT_EQ(tiSO_tls_index, TIV_INVALID_DWORD);
+  EXPECT_EQ(pTlsKeyTable[slot], nullptr) << "the slot is free all the same";
+  EXPECT_EQ(pthread_key_delete(key), 0);
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "tests/lists/attached.h"
 #include "zebcomn/portable/error.h"
@@ -12,6 +14,7 @@ namespace {
 
 using zebcomn_test::AttachedTest;
 using zebcomn_test::StartAndQueue;
+using zebcomn_test::ViewOf;
 using zebcomn_test::Worker;
 
 struct Element {
@@ -191,6 +194,36 @@ TEST_F(Sll2, ChangesOfOthersWaitForTheEndOfAWalk) {
   tiSLL2_LockRelease(list_);
   other_.Finish();
   EXPECT_EQ(Names(), "A");
+}
+
+TEST_F(Sll2, EveryChangeAsksForTheLockExclusively) {
+  const std::function<BOOL()> changes[] = {
+      [this] { return tiSLL2_XInsertHead(list_, &a_.links), 1; },
+      [this] { return tiSLL2_XInsertTail(list_, &b_.links), 1; },
+      [this] { return tiSLL2_XRemoveHead(list_) == &a_.links ? 1 : 0; },
+      [this] { return tiSLL2_XRemoveTail(list_) == &b_.links ? 1 : 0; },
+  };
+  for (const std::function<BOOL()>& change : changes) {
+    tiSLL2_XGetHead(list_, 0, 1);
+    StartAndQueue(other_, list_->lock, change);
+    EXPECT_EQ(ViewOf(list_->lock).exclusive, (std::vector<uintptr_t>{other_.identity()}));
+    tiSLL2_LockRelease(list_);
+    EXPECT_EQ(other_.Finish(), 1);
+    EXPECT_EQ(list_->lock->count, 0U);
+  }
+}
+
+TEST_F(Sll2, SharedWalksAndLooksStandBehindQueuedChanges) {
+  InsertAll();
+  Worker third;
+  EXPECT_EQ(tiSLL2_XGetHead(list_, 0, 1), &a_.links);
+  StartAndQueue(other_, list_->lock, [this] { return tiSLL2_XRemoveHead(list_) != nullptr; });
+  EXPECT_EQ(tiSLL2_XGetHead(list_, 0, 0), nullptr);
+  StartAndQueue(third, list_->lock, [this] { return tiSLL2_IsEmpty(list_); });
+  tiSLL2_LockRelease(list_);
+  EXPECT_EQ(other_.Finish(), 1);
+  EXPECT_EQ(third.Finish(), 0);
+  EXPECT_EQ(list_->lock->count, 0U);
 }
 
 TEST_F(Sll2, IsEmptyWaitsForAnExclusiveWalk) {

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "tests/lists/attached.h"
 #include "zebcomn/portable/error.h"
@@ -12,6 +14,7 @@ namespace {
 
 using zebcomn_test::AttachedTest;
 using zebcomn_test::StartAndQueue;
+using zebcomn_test::ViewOf;
 using zebcomn_test::Worker;
 
 struct Element {
@@ -164,6 +167,34 @@ TEST_F(Sll, ChangesOfOthersWaitForTheEndOfAWalk) {
     EXPECT_EQ(removed, &a_.link);
     tiSLL_XInsertHead(list_, removed);
   }
+}
+
+TEST_F(Sll, EveryChangeAsksForTheLockExclusively) {
+  const std::function<BOOL()> changes[] = {
+      [this] { return tiSLL_XInsertHead(list_, &a_.link), 1; },
+      [this] { return tiSLL_XRemoveHead(list_) == &a_.link ? 1 : 0; },
+  };
+  for (const std::function<BOOL()>& change : changes) {
+    tiSLL_XGetHead(list_, 0, 1);
+    StartAndQueue(other_, list_->lock, change);
+    EXPECT_EQ(ViewOf(list_->lock).exclusive, (std::vector<uintptr_t>{other_.identity()}));
+    tiSLL_LockRelease(list_);
+    EXPECT_EQ(other_.Finish(), 1);
+    ExpectUnlocked();
+  }
+}
+
+TEST_F(Sll, SharedWalksAndLooksStandBehindQueuedChanges) {
+  InsertAll();
+  Worker third;
+  EXPECT_EQ(tiSLL_XGetHead(list_, 0, 1), &a_.link);
+  StartAndQueue(other_, list_->lock, [this] { return tiSLL_XRemoveHead(list_) != nullptr; });
+  EXPECT_EQ(tiSLL_XGetHead(list_, 0, 0), TISLL_LOCK_REFUSED);
+  StartAndQueue(third, list_->lock, [this] { return tiSLL_IsEmpty(list_); });
+  tiSLL_LockRelease(list_);
+  EXPECT_EQ(other_.Finish(), 1);
+  EXPECT_EQ(third.Finish(), 0);
+  ExpectUnlocked();
 }
 
 TEST_F(Sll, IsEmptyWaitsForAnExclusiveWalk) {

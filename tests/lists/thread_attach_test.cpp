@@ -129,6 +129,22 @@ TEST(ThreadAttach, EachThreadHasItsOwnIdentity) {
   Detach();
 }
 
+TEST(ThreadAttach, ASecondProcessAttachTakesAnotherSlotAndNobodyIsAttached) {
+  const DWORD first = tiSO_ProcessAttach();
+  tiSO_ThreadAttach();
+  const HANDLE event = HandleOf(tiSO_GetThread());
+  const DWORD second = tiSO_ProcessAttach();
+  EXPECT_NE(second, first);
+  EXPECT_EQ(tiSO_tls_index, second);
+  EXPECT_EQ(tiSO_GetThread(), TISO_NO_THREAD);
+  EXPECT_EQ(tiSO_DbgGetThread(), 0U);
+  EXPECT_EQ(tiSO_ThreadAttach(), 1U);
+  Detach();
+  EXPECT_EQ(tivTlsGetValue(first), event) << "the first slot stays as it was";
+  EXPECT_EQ(tivCloseHandle(event), 1);
+  EXPECT_EQ(tivTlsFree(first), 1);
+}
+
 TEST(ThreadAttach, AFullSlotTableGivesAllOnes) {
   std::vector<DWORD> slots;
   for (DWORD slot = tivTlsAlloc(); slot != TIV_INVALID_DWORD; slot = tivTlsAlloc()) {

@@ -123,6 +123,25 @@ TEST(WaitFaults, Sleeps) {
   }
 }
 
+TEST(WaitFaults, TimeOutIsOneWhateverTheUnlockSays) {
+  const OwnedHandle event(NewEvent());
+  const zebcomn_test::FixedClock clock({1000, 0});
+  for (const DWORD timeout : {0u, 1000u}) {
+    const CallWatch watch(Call::kMutexUnlock, 1, EPERM);
+    EXPECT_EQ(tivWaitForSingleObject(event.get(), timeout), TIV_WAIT_TIMEOUT);
+    EXPECT_TRUE(watch.Failed());
+    EXPECT_EQ(pthread_mutex_unlock(&event.record()->mutex), 0);
+  }
+}
+
+TEST(WaitFaults, MutexStaysTakenWhenTheRecordCannotBeUnlocked) {
+  const OwnedHandle mutex(tivCreateMutex(nullptr, 0, nullptr));
+  EXPECT_TRUE(FailsUnder(Call::kMutexUnlock, 1, [&] { return WaitForEver(mutex.get()); }));
+  EXPECT_EQ(pthread_mutex_unlock(&mutex.record()->mutex), 0);
+  EXPECT_EQ(mutex.record()->bSignalled, 0);
+  EXPECT_EQ(tivReleaseMutex(mutex.get()), TRUE);
+}
+
 TEST(WaitFaults, SeveralHandlesFailWithTheFirstFailure) {
   const OwnedHandle events[] = {OwnedHandle(NewEvent()), OwnedHandle(NewEvent(1))};
   const HANDLE handles[] = {events[0].get(), events[1].get()};
@@ -141,6 +160,14 @@ TEST(CloseFaults, Locks) {
   EXPECT_EQ(pthread_mutex_unlock(&record->mutex), 0);
   EXPECT_EQ(tivCloseHandle(event), TRUE) << "the count is unsigned";
   std::free(event);
+}
+
+TEST(CloseFaults, UnlockThatFailsIsReportedForAnEarlierReferenceToo) {
+  const OwnedHandle event(NewEvent());
+  event.record()->nRefCount = 2;
+  EXPECT_TRUE(FailsUnder(Call::kMutexUnlock, 1, [&] { return tivCloseHandle(event.get()); }));
+  EXPECT_EQ(event.record()->nRefCount, 1u);
+  EXPECT_EQ(pthread_mutex_unlock(&event.record()->mutex), 0);
 }
 
 TEST(CloseFaults, NothingOfAnEventOrAMutexIsLeft) {

@@ -44,6 +44,8 @@ TEST(WaitForSeveral, WaitingForAllIsRefusedWithoutAReason) {
     EXPECT_EQ(WaitForThree({TIV_WAIT_SIGNALLED}, 100, wait_all), 0u) << wait_all;
   }
   EXPECT_TRUE(g_waits.empty());
+  EXPECT_EQ(tivWaitForMultipleObjects(1, nullptr, 1, 100), 0u)
+      << "before the handles are looked at";
   EXPECT_EQ(nErrno, 77);
 }
 

@@ -71,8 +71,8 @@ ZEBCOMN_EXPORT void* LinkedList_PeekAt(void* hLinkedList, DWORD dwIndex);
 /// \param hLinkedList the list.
 /// \param dwIndex counted from the head, from 0.
 /// \return the element, or null when the list is null or the index is not below the count.
-/// A broken list fails an assertion: "lpMain->lpTail" (line 238) when the last element is asked for
-/// and there is no tail, "lpItem" (line 245) when a null link is met on the way.
+/// A broken list fails an assertion: "lpMain->lpTail" (line 238) when the last of several elements
+/// is asked for and there is no tail, "lpItem" (line 245) when a null link is met on the way.
 ZEBCOMN_EXPORT void* LinkedList_RemoveAt(void* hLinkedList, DWORD dwIndex);
 
 ZEBCOMN_END_C

@@ -11,7 +11,8 @@
 ///    the owner is nobody, becomes no owner, and it cannot wait, so it is refused where it would
 ///    have to.
 ///  - A null lock gives 0 or does nothing.
-///  - `nErrno` is left alone, except that it becomes 22 while there is no identity slot.
+///  - `nErrno` is left alone, except that 22 is stored where self is looked for and there is no
+///    identity slot.
 ///  - Any thread may make any call on a live lock. A grant is not tied to a thread: whoever calls
 ///    tiSO_SELockRelease() gives one grant back. Every grant is given back exactly once; a release
 ///    of a free lock takes its count below zero, to 0xFFFFFFFF.

@@ -68,7 +68,7 @@ ZEBCOMN_EXPORT tiLL_element_t* tiSLL_XRemoveHead(tiSLL_t* list);
 
 /// Begins a walk: takes the lock with tiSO_SELock() and these flags.
 /// \param list the list.
-/// \param exclusive 1 = the walk may change the list.
+/// \param exclusive not 0 = the walk may change the list.
 /// \param wait 0 = never wait.
 /// \return the first element, or null when the list is empty, both with the lock held;
 /// TISLL_LOCK_REFUSED when the lock is refused; null for a null record, and then nothing is held.

@@ -38,17 +38,20 @@ extern ZEBCOMN_EXPORT DWORD tiSO_tls_index;
 
 /// Allocates the identity slot. A second call allocates another one, and every thread is then not
 /// attached.
-/// \return the slot's index, or 0xFFFFFFFF (`nErrno`: 11 no free slot, 12 no memory).
+/// \return the slot's index, or 0xFFFFFFFF (`nErrno`: 11 no free slot, 12 no memory, as it was when
+/// the system gives no key).
 ZEBCOMN_EXPORT DWORD tiSO_ProcessAttach(void);
 
 /// Gives the identity slot back. The threads' events are left as they are, so detach the threads
 /// first.
-/// \return 1, or 0 when there is no slot (`nErrno` 22).
+/// \return 1; 0 when there is no slot (`nErrno` 22), and with `nErrno` as it was when the system
+/// refuses to delete its key: it is given back then all the same.
 ZEBCOMN_EXPORT BOOL tiSO_ProcessDetach(void);
 
 /// Attaches the calling thread: creates its event and stores its identity.
 /// \return 1 when it attached the thread; the thread's identity when it was attached already; 0
-/// when there is no slot (`nErrno` 22) or no memory (`nErrno` 12), and nothing is left behind.
+/// when there is no slot (`nErrno` 22) or no memory for the event (12), and with `nErrno` as it was
+/// when a pthread object cannot be made or the identity not be stored. Nothing is left behind then.
 ZEBCOMN_EXPORT uintptr_t tiSO_ThreadAttach(void);
 
 /// Detaches the calling thread: closes its event and marks it as not attached. Does the second only

@@ -19,8 +19,9 @@ ZEBCOMN_BEGIN_C
 /// Only the process's first GUID holds the host's hardware address (the first one that is not all
 /// zero; random bytes with the top bit set when there is none). In every later GUID the last six
 /// bytes are zero, and two made in the same microsecond are equal: do not rely on uniqueness across
-/// hosts or within a microsecond. The clock set back behind the first call changes the sequence
-/// number with each call. Any number of threads may call; they share one state, under one mutex.
+/// hosts or within a microsecond. While the clock stands more than a second before the first call,
+/// each call changes the sequence number. Any number of threads may call; they share one state,
+/// under one mutex.
 ///
 /// \param[out] guid  Receives 16 bytes.
 /// \return `guid`; null for null.

@@ -3,8 +3,8 @@
 
 /// \file
 /// Waits on event, thread and mutex handles. C11 and C++17. The rules of all handles stand in
-/// handle.h. A wait blocks its own thread only, changes no signal mask and is a cancellation point;
-/// a cancelled wait leaves the handle usable.
+/// handle.h. A wait blocks its own thread only, changes no signal mask and, where it sleeps, is a
+/// cancellation point; a cancelled wait leaves the handle usable.
 ///
 /// \par Example
 /// \include events_and_waits.c
