@@ -1,9 +1,12 @@
 // Reading system files in blocks of whole lines, against a reader of single lines.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -206,6 +209,34 @@ TEST(SystemFile, MissingUnreadableAndEndlessFilesEndQuietly) {
   EXPECT_EQ(zebcomn::ReadSystemFile(dir.path().c_str()), "");
   EXPECT_EQ(zebcomn::ReadSystemFile("/dev/zero"), std::string(1024 * 1024, '\0'));
   EXPECT_EQ(zebcomn_test::OpenDescriptorCount(), open_before);
+}
+
+/// Writes `text` to the pipe at `path`, the rest once somebody has read the first byte.
+void WriteAfterTheFirstByte(const std::string& path, const std::string& text) {
+  const int pipe = open(path.c_str(), O_WRONLY);
+  ssize_t put = write(pipe, text.data(), 1);
+  for (int unread = 1; unread > 0 && ioctl(pipe, FIONREAD, &unread) == 0;) sched_yield();
+  for (std::size_t at = 1; put > 0 && at < text.size(); at += static_cast<std::size_t>(put)) {
+    put = write(pipe, text.data() + at, text.size() - at);
+  }
+  close(pipe);
+}
+
+TEST(SystemFile, NoMoreThanTheFirstMebibyteIsReadWhateverThePieces) {
+  constexpr std::size_t kMebibyte = 1024 * 1024;
+  const ScratchDir dir;
+  const std::string path = dir / "pipe";
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  std::string text(kMebibyte + 5000, 'z');
+  text[kMebibyte - 1] = 'l';
+  // The reader may go before all is written.
+  auto* const before = signal(SIGPIPE, SIG_IGN);
+  std::thread writer([&] { WriteAfterTheFirstByte(path, text); });
+  const std::string read = zebcomn::ReadSystemFile(path.c_str());
+  writer.join();
+  signal(SIGPIPE, before);
+  EXPECT_EQ(read.size(), kMebibyte);
+  EXPECT_EQ(read.back(), 'l');
 }
 
 TEST(SystemFile, WholeTextIsRead) {
