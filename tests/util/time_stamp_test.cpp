@@ -7,6 +7,7 @@
 #include <pthread.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <ctime>
 #include <cwchar>
@@ -179,6 +180,20 @@ TEST_F(TimeStamp, AYearOfFiveDigitsTakesOneMore) {
   tivmcomn_CreateLocalTimeStampA(text, sizeof text);
   EXPECT_STREQ(text, "10000090706050");
   EXPECT_EQ(tivmcomn_get_time_stamp_ansi(), "10000-09-07 06:05:04");
+}
+
+TEST_F(TimeStamp, AYearBeyondAnIntWraps) {
+  SetYear(2000);
+  fake_fields->tm_year = INT_MAX;
+  EXPECT_EQ(tivmcomn_get_time_stamp_ansi(), "-2147481749-09-07 06:05:04");
+  char text[32];
+  tivmcomn_CreateLocalTimeStampA(text, sizeof text);
+  EXPECT_STREQ(text, "-21474817490907060504");
+  for (const WideStamp stamp : kWideStamps) {
+    wchar_t wide[32];
+    stamp(wide, 32);
+    EXPECT_EQ(std::wstring(wide), L"-21474817490907060504");
+  }
 }
 
 TEST_F(TimeStamp, AMomentThatCannotBeBrokenDownGivesTheEmptyText) {

@@ -12,9 +12,15 @@
 namespace {
 
 constexpr char kCompactFormat[] = "%04d%02d%02d%02d%02d%02d";
-constexpr int kFirstYear = 1900;
+constexpr unsigned kFirstYear = 1900;
 constexpr std::size_t kStampCapacity = 32;
 constexpr std::size_t kFormatCapacity = 260;
+
+/// The year of a moment. The last 1900 years that the C library breaks down pass the end of an int:
+/// they wrap.
+int YearOf(const tm& fields) {
+  return static_cast<int>(static_cast<unsigned>(fields.tm_year) + kFirstYear);
+}
 
 using BreakDown = tm* (*)(const std::time_t*, tm*);
 
@@ -24,8 +30,8 @@ void WriteNarrowStamp(char* out, unsigned int size) {
   const std::time_t now = std::time(nullptr);
   tm fields{};
   if (localtime_r(&now, &fields) == nullptr) return;
-  std::snprintf(out, size, kCompactFormat, fields.tm_year + kFirstYear, fields.tm_mon + 1,
-                fields.tm_mday, fields.tm_hour, fields.tm_min, fields.tm_sec);
+  std::snprintf(out, size, kCompactFormat, YearOf(fields), fields.tm_mon + 1, fields.tm_mday,
+                fields.tm_hour, fields.tm_min, fields.tm_sec);
 }
 
 void WriteWideStamp(wchar_t* out, unsigned int size, BreakDown break_down) {
@@ -36,8 +42,8 @@ void WriteWideStamp(wchar_t* out, unsigned int size, BreakDown break_down) {
   if (break_down(&now, &fields) != nullptr) {
     wchar_t format[kFormatCapacity] = {};
     tivStandardAtoU(kCompactFormat, kFormatCapacity, format);
-    std::swprintf(stamp, kStampCapacity, format, fields.tm_year + kFirstYear, fields.tm_mon + 1,
-                  fields.tm_mday, fields.tm_hour, fields.tm_min, fields.tm_sec);
+    std::swprintf(stamp, kStampCapacity, format, YearOf(fields), fields.tm_mon + 1, fields.tm_mday,
+                  fields.tm_hour, fields.tm_min, fields.tm_sec);
   }
   // Kept: a buffer of fourteen characters or fewer is filled without a NUL.
   std::wcsncpy(out, stamp, size);
@@ -71,7 +77,7 @@ std::string tivmcomn_get_time_stamp_ansi() {
   if (localtime_r(&now, &fields) == nullptr) return {};
   char stamp[kStampCapacity] = {};
   const int length = std::snprintf(stamp, sizeof stamp, "%4d-%02d-%02d %02d:%02d:%02d",
-                                   fields.tm_year + kFirstYear, fields.tm_mon + 1, fields.tm_mday,
+                                   YearOf(fields), fields.tm_mon + 1, fields.tm_mday,
                                    fields.tm_hour, fields.tm_min, fields.tm_sec);
   return length < 0 ? std::string() : std::string(stamp);
 }
