@@ -1,12 +1,8 @@
 // What the uptime reader makes of every kind of file.
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <climits>
 #include <string>
-#include <thread>
 
 #include "tests/support/descriptors.h"
 #include "tests/support/scratch_dir.h"
@@ -75,38 +71,6 @@ TEST(UptimeFile, IsClosedAgain) {
   ReadUptime(dir.path().c_str());
   ReadUptime((dir / "missing").c_str());
   EXPECT_EQ(zebcomn_test::OpenDescriptorCount(), before);
-}
-
-/// The descriptor of this process that reads this pipe. The system gives it out a little after it
-/// lets the pipe's writer go on.
-int ReaderOf(const struct stat& pipe) {
-  constexpr int kMostDescriptors = 1000;
-  for (int fd = 0;; fd = (fd + 1) % kMostDescriptors) {
-    struct stat status = {};
-    if (fstat(fd, &status) != 0 || status.st_dev != pipe.st_dev || status.st_ino != pipe.st_ino) {
-      continue;
-    }
-    if ((fcntl(fd, F_GETFL) & O_ACCMODE) == O_RDONLY) return fd;
-  }
-}
-
-TEST(UptimeFile, IsNotHandedToAProgramThatIsStartedMeanwhile) {
-  const zebcomn_test::ScratchDir dir;
-  const std::string pipe = dir / "uptime";
-  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  bool closed_on_exec = false;
-  std::thread writer([&pipe, &closed_on_exec] {
-    const int fd = open(pipe.c_str(), O_WRONLY | O_CLOEXEC);  // The reader has opened it too.
-    struct stat status = {};
-    if (fstat(fd, &status) == 0) {
-      closed_on_exec = (fcntl(ReaderOf(status), F_GETFD) & FD_CLOEXEC) != 0;
-    }
-    if (write(fd, "42.5 1\n", 7) != 7) closed_on_exec = false;
-    close(fd);
-  });
-  EXPECT_EQ(ReadUptime(pipe.c_str()), 42u);
-  writer.join();
-  EXPECT_TRUE(closed_on_exec);
 }
 
 }  // namespace
