@@ -91,6 +91,22 @@ ZEBCOMN_USE(PluginFailures, DottedStamp, "tivmcomn_GetFileResourceStringVersionS
   CheckStamp(trial, tivmcomn_GetFileResourceStringVersionStamp, "1.2.3.4");
 }
 
+ZEBCOMN_USE(PluginFailures, AbsentModule, "tivmcomn_GetFileResourceVersionStamp") {
+  const ExpectedLeak record_of_a_failed_load;
+  std::string module = "/nowhere/absent.so";
+  char stamp[32] = "as it was";
+  int result = 77;
+  trial.Call(
+      [&] { result = tivmcomn_GetFileResourceVersionStamp(module.data(), stamp, sizeof stamp); });
+  EXPECT_EQ(result, 0);
+  EXPECT_STREQ(stamp, "");
+  EXPECT_EQ(trial.ErrorSlot(), trial.FailedIn("pthread_mutex_lock") ? EBUSY : kErrorLeftAlone);
+  if (!trial.FailedIn("pthread_mutex_lock") && !trial.FailedIn("calloc")) {
+    trial.Leaves({1, 0, 0}, "the record of a failed load");
+  }
+  EXPECT_EQ(LibrariesInTable(), 0);
+}
+
 /// The log of the private host in which a use runs.
 std::unique_ptr<SystemLogReceiver>& Log() {
   static std::unique_ptr<SystemLogReceiver> log;

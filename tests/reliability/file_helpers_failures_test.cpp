@@ -23,6 +23,7 @@
 namespace {
 
 using zebcomn_test::kErrorLeftAlone;
+using zebcomn_test::PrivateHost;
 using zebcomn_test::ReadFile;
 using zebcomn_test::RecordOf;
 using zebcomn_test::ScratchDir;
@@ -144,11 +145,26 @@ ZEBCOMN_USE(FileHelperFailures, User, "tivmcomn_get_user_name") {
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
 
+/// A user whose entry does not fit the first buffer.
+void PutLongEntry(PrivateHost& host) {
+  host.PutFile("/etc/nsswitch.conf", "passwd: files\n");
+  host.PutFile("/etc/passwd", "somebody:x:0:0:" + std::string(3000, 'x') + ":/:/bin/sh\n");
+}
+
+ZEBCOMN_HOST_USE(FileHelperFailures, UserOfALongEntry, PutLongEntry, "tivmcomn_get_user_name") {
+  char name[256] = "as it was";
+  uint32_t status = 77;
+  trial.Call([&] { status = tivmcomn_get_user_name(name, sizeof name); });
+  EXPECT_EQ(status, StatusOf(!trial.Failed()));
+  EXPECT_STREQ(name, trial.Failed() ? "as it was" : "somebody");
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
 // The destination cannot be made, or is not filled; it may hold a part then. What the copy can do
 // without, does no harm: a large buffer, directories that exist, the look at the destination.
-void CheckCopy(Trial& trial, int overwrite, const std::string& old_text) {
+void CheckCopy(Trial& trial, int overwrite, const std::string& old_text, size_t size = 3000) {
   const ScratchDir dir;
-  const std::string text(3000, 'x');
+  const std::string text(size, 'x');
   std::string source = dir.Write("source", text);
   std::string destination = dir / "destination";
   if (!old_text.empty()) dir.Write("destination", old_text);
@@ -170,6 +186,11 @@ void CheckCopy(Trial& trial, int overwrite, const std::string& old_text) {
 
 ZEBCOMN_USE(FileHelperFailures, CopyToANewFile, "tivmcomn_copy_file") {
   CheckCopy(trial, 0, "");
+}
+
+ZEBCOMN_USE(FileHelperFailures, CopyOfSeveralBlocks, "tivmcomn_copy_file") {
+  constexpr size_t kLargeBlockSize = size_t{256} * 1024;
+  CheckCopy(trial, 0, "", 2 * kLargeBlockSize + 1);
 }
 
 ZEBCOMN_USE(FileHelperFailures, CopyOverAFile, "tivmcomn_copy_file") {

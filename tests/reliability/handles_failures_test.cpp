@@ -1,11 +1,8 @@
-// Events, mutexes, waits, threads, thread-local storage and interlocked counters.
+// Events, mutexes, threads, thread-local storage and interlocked counters.
 #include <sched.h>
-#include <sys/time.h>
 
-#include <atomic>
 #include <cerrno>
 #include <cstdlib>
-#include <thread>
 
 #include "tests/portable/owned_handle.h"
 #include "tests/reliability/sweep.h"
@@ -18,6 +15,7 @@ namespace {
 using zebcomn_test::ExpectedLeak;
 using zebcomn_test::kErrorLeftAlone;
 using zebcomn_test::NewEvent;
+using zebcomn_test::NewThread;
 using zebcomn_test::OwnedHandle;
 using zebcomn_test::Poll;
 using zebcomn_test::RecordOf;
@@ -118,109 +116,6 @@ ZEBCOMN_USE(MutexFailures, Release, "tivReleaseMutex") {
   }
 }
 
-ZEBCOMN_USE(WaitFailures, SignalledEvent, "tivWaitForSingleObject") {
-  const OwnedHandle event(NewEvent(TRUE));
-  DWORD result = TIV_WAIT_RESERVED;
-  trial.Call([&] { result = WaitForEver(event.get()); });
-  EXPECT_EQ(result, trial.Failed() ? TIV_WAIT_FAILED : TIV_WAIT_SIGNALLED);
-  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
-  EXPECT_EQ(WaitForEver(event.get()), TIV_WAIT_SIGNALLED);
-}
-
-ZEBCOMN_USE(WaitFailures, FreeMutex, "tivWaitForSingleObject") {
-  const OwnedHandle mutex(tivCreateMutex(nullptr, FALSE, nullptr));
-  DWORD result = TIV_WAIT_RESERVED;
-  trial.Call([&] { result = WaitForEver(mutex.get()); });
-  EXPECT_EQ(result, trial.Failed() ? TIV_WAIT_FAILED : TIV_WAIT_SIGNALLED);
-  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
-  const bool owned = !trial.FailedIn("pthread_mutex_lock");
-  EXPECT_EQ(mutex.record()->bSignalled, owned ? 0 : 1);
-  trial.Leaves({0, 0, owned ? 1 : 0}, "the mutex is owned");
-  if (owned) {
-    EXPECT_EQ(tivReleaseMutex(mutex.get()), TRUE);
-  }
-}
-
-// Returns early enough in a second that a deadline of some milliseconds lies in it too.
-void AwaitRoomInTheSecond() {
-  constexpr int kLatestMicrosecond = 800000;
-  timeval now{};
-  do {
-    gettimeofday(&now, nullptr);
-  } while (now.tv_usec > kLatestMicrosecond);
-}
-
-// Called after a wait with a time-out, which gave `result` without a failure.
-void ExpectTimedResult(Trial& trial, HANDLE event, DWORD result) {
-  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
-  const bool timed_out = trial.FailedIn("pthread_cond_timedwait") && trial.error() == ETIMEDOUT;
-  const bool fails = trial.FailedIn("pthread_mutex_lock") || trial.FailedIn("gettimeofday") ||
-                     (trial.FailedIn("pthread_cond_timedwait") && !timed_out);
-  EXPECT_EQ(result, fails ? TIV_WAIT_FAILED : TIV_WAIT_TIMEOUT);
-  if (trial.FailedIn("gettimeofday")) {
-    trial.Leaves({0, 0, 1}, "a clock that cannot be read leaves the record locked");
-    EXPECT_EQ(pthread_mutex_unlock(&RecordOf(event)->mutex), 0);
-  }
-}
-
-ZEBCOMN_USE(WaitFailures, TimeOut, "tivWaitForSingleObject") {
-  const OwnedHandle event(NewEvent());
-  DWORD result = TIV_WAIT_RESERVED;
-  AwaitRoomInTheSecond();
-  trial.Call([&] { result = tivWaitForSingleObject(event.get(), 1); });
-  ExpectTimedResult(trial, event.get(), result);
-  EXPECT_EQ(Poll(event.get()), TIV_WAIT_TIMEOUT);
-}
-
-// Wakes whoever waits for the record, for as long as it lives.
-class Waker {
- public:
-  explicit Waker(_tivHandleObject_t* record)
-      : thread_([this, record] {
-          while (!stops_) pthread_cond_broadcast(&record->cond);
-        }) {}
-  ~Waker() {
-    stops_ = true;
-    thread_.join();
-  }
-  Waker(const Waker&) = delete;
-  Waker& operator=(const Waker&) = delete;
-
- private:
-  std::atomic<bool> stops_{false};
-  std::thread thread_;
-};
-
-ZEBCOMN_USE(WaitFailures, WithoutLimit, "tivWaitForSingleObject") {
-  const OwnedHandle event(NewEvent());
-  DWORD result = TIV_WAIT_RESERVED;
-  {
-    const Waker waker(event.record());
-    trial.Call([&] { result = WaitForEver(event.get()); });
-  }
-  EXPECT_EQ(result, trial.Failed() ? TIV_WAIT_FAILED : TIV_WAIT_SIGNALLED);
-  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
-}
-
-ZEBCOMN_USE(WaitFailures, SeveralHandles, "tivWaitForMultipleObjects") {
-  const OwnedHandle first(NewEvent());
-  const OwnedHandle second(NewEvent(TRUE));
-  const HANDLE handles[] = {second.get(), first.get()};
-  DWORD result = TIV_WAIT_RESERVED;
-  trial.Call([&] { result = tivWaitForMultipleObjects(2, handles, FALSE, 20); });
-  EXPECT_EQ(result, trial.Failed() ? TIV_WAIT_FAILED : TIV_WAIT_SIGNALLED);
-  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
-}
-
-ZEBCOMN_USE(WaitFailures, SeveralHandlesTimeOut, "tivWaitForMultipleObjects") {
-  const OwnedHandle event(NewEvent());
-  const HANDLE handle = event.get();
-  DWORD result = TIV_WAIT_RESERVED;
-  AwaitRoomInTheSecond();
-  trial.Call([&] { result = tivWaitForMultipleObjects(1, &handle, FALSE, 10); });
-  ExpectTimedResult(trial, handle, result);
-}
-
 ZEBCOMN_USE(CloseFailures, Event, "tivCloseHandle") {
   HANDLE event = NewEvent();
   BOOL closed = FALSE;
@@ -252,13 +147,17 @@ DWORD DoNothing(void* /*parameter*/) {
   return 0;
 }
 
-ZEBCOMN_USE(CloseFailures, EndedThread, "tivCloseHandle") {
-  HANDLE thread = tivCreateThread(nullptr, 0, DoNothing, nullptr, 0, nullptr);
+// Waits until the thread has done with its record: until then the end would free it after a close.
+void AwaitEnd(HANDLE thread) {
   EXPECT_EQ(WaitForEver(thread), TIV_WAIT_SIGNALLED);
-  // The end of the thread may still be under way, and the close would wait for it.
   while (__atomic_load_n(&RecordOf(thread)->ppThreadSignalled, __ATOMIC_ACQUIRE) != nullptr) {
     sched_yield();
   }
+}
+
+ZEBCOMN_USE(CloseFailures, EndedThread, "tivCloseHandle") {
+  HANDLE thread = NewThread(DoNothing, nullptr);
+  AwaitEnd(thread);
   BOOL closed = FALSE;
   trial.Call([&] { closed = tivCloseHandle(thread); });
   const bool refused =
@@ -268,6 +167,32 @@ ZEBCOMN_USE(CloseFailures, EndedThread, "tivCloseHandle") {
   if (trial.FailedIn("pthread_mutex_lock", 1)) {
     EXPECT_EQ(tivCloseHandle(thread), TRUE);
   } else if (refused) {
+    std::free(RecordOf(thread)->pObject);
+    std::free(thread);
+  }
+}
+
+// The close leaves the thread, which comes to its end without the handle.
+ZEBCOMN_USE(CloseFailures, RunningThread, "tivCloseHandle") {
+  const OwnedHandle gate(NewEvent());
+  HANDLE thread = NewThread([](void* event) -> DWORD { return WaitForEver(event); }, gate.get());
+  __atomic_store_n(&bDummyThreadSignalled, 0, __ATOMIC_RELAXED);
+  BOOL closed = FALSE;
+  trial.Call([&] { closed = tivCloseHandle(thread); });
+  const bool refused =
+      trial.FailedIn("pthread_mutex_lock", 1) || trial.FailedIn("pthread_mutex_unlock", 1);
+  EXPECT_EQ(closed, refused ? FALSE : TRUE);
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+  EXPECT_EQ(tivSetEvent(gate.get()), TRUE);
+  if (!refused) {
+    while (__atomic_load_n(&bDummyThreadSignalled, __ATOMIC_ACQUIRE) == 0) sched_yield();
+    return;
+  }
+  AwaitEnd(thread);
+  EXPECT_EQ(bDummyThreadSignalled, 0) << "the handle is still there";
+  if (trial.FailedIn("pthread_mutex_lock", 1)) {
+    EXPECT_EQ(tivCloseHandle(thread), TRUE);
+  } else {
     std::free(RecordOf(thread)->pObject);
     std::free(thread);
   }
@@ -323,6 +248,17 @@ ZEBCOMN_USE(ThreadFailures, EndWithASlot, "tivCleanupThread") {
   trial.Call([&] { tivCleanupThread(block); });
   EXPECT_EQ(event.record()->bSignalled, 1) << "whatever has failed";
   EXPECT_EQ(pTlsKeyTable[slot], nullptr);
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
+ZEBCOMN_USE(ThreadFailures, EndAfterTheClose, "tivCleanupThread") {
+  const OwnedHandle event(NewEvent());
+  TivThreadStartBlock* block = NewStartBlock(event.record());
+  block->pbSignalled = &bDummyThreadSignalled;
+  bDummyThreadSignalled = 0;
+  trial.Call([&] { tivCleanupThread(block); });
+  EXPECT_EQ(bDummyThreadSignalled, 1) << "whatever has failed";
+  EXPECT_EQ(event.record()->bSignalled, 0);
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
 

@@ -24,6 +24,14 @@ void PutNamesWithoutDomain(PrivateHost& host) {
   host.SetNisDomain("");
 }
 
+/// A host with so many names that the first work space does not hold them.
+void PutManyNames(PrivateHost& host) {
+  PutNames(host);
+  std::string line = "192.0.2.7 alpha.long-name.example.net alpha";
+  for (int name = 0; name < 300; ++name) line += " another-name-" + std::to_string(name);
+  host.PutFile("/etc/hosts", line + "\n");
+}
+
 /// A host that cannot resolve its own name.
 void PutUnknownName(PrivateHost& host) {
   PutNames(host);
@@ -49,6 +57,16 @@ ZEBCOMN_HOST_USE(HostNameFailures, ResolversDomain, PutNamesWithoutDomain, "getD
 }
 
 ZEBCOMN_HOST_USE(HostNameFailures, FullName, PutNames, "getFqdnAddress") {
+  std::wstring name = L"as it was";
+  trial.Call([&] { name = getFqdnAddress(); });
+  const wchar_t* expected = L"alpha.long-name.example.net";
+  if (trial.FailedIn("gethostname")) expected = L"N/A";
+  if (trial.FailedIn("gethostbyname_r")) expected = L"alpha.nis.example.org";
+  EXPECT_EQ(name, FailedInConversion(trial) ? L"" : expected);
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
+ZEBCOMN_HOST_USE(HostNameFailures, FullNameAmongMany, PutManyNames, "getFqdnAddress") {
   std::wstring name = L"as it was";
   trial.Call([&] { name = getFqdnAddress(); });
   const wchar_t* expected = L"alpha.long-name.example.net";

@@ -2,6 +2,7 @@
 #include <cerrno>
 #include <cstdlib>
 
+#include "tests/reliability/attached_lock.h"
 #include "tests/reliability/sweep.h"
 #include "zebcomn/lists/Linklist.h"
 #include "zebcomn/lists/ll.h"
@@ -14,23 +15,10 @@
 
 namespace {
 
+using zebcomn_test::Attached;
+using zebcomn_test::AttachedLock;
 using zebcomn_test::kErrorLeftAlone;
 using zebcomn_test::Trial;
-
-// The process and the calling thread attached, for the length of a run.
-class Attached {
- public:
-  Attached() {
-    EXPECT_NE(tiSO_ProcessAttach(), TIV_INVALID_DWORD);
-    EXPECT_EQ(tiSO_ThreadAttach(), 1U);
-  }
-  ~Attached() {
-    EXPECT_EQ(tiSO_ThreadDetach(), TRUE);
-    EXPECT_EQ(tiSO_ProcessDetach(), TRUE);
-  }
-  Attached(const Attached&) = delete;
-  Attached& operator=(const Attached&) = delete;
-};
 
 ZEBCOMN_USE(AttachFailures, Process, "tiSO_ProcessAttach", "tiSO_ProcessDetach") {
   DWORD slot = 0;
@@ -112,29 +100,11 @@ ZEBCOMN_USE(SeLockFailures, Creation, "tiSO_SELockCreate", "tiSO_Release") {
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
 
-// A lock that the calling thread can take, for the length of a run.
-class OwnLock {
- public:
-  OwnLock() { EXPECT_EQ(tiSO_SELockCreate(&lock_), ZEBCOMN_STATUS_OK); }
-  ~OwnLock() {
-    EXPECT_EQ(lock_->count, 0U) << "all grants are given back";
-    EXPECT_EQ(lock_->spin_word, 0);
-    tiSO_Release(lock_);
-  }
-  OwnLock(const OwnLock&) = delete;
-  OwnLock& operator=(const OwnLock&) = delete;
-  tiSO_SELock_t* get() const { return lock_; }
-
- private:
-  const Attached attached_;
-  tiSO_SELock_t* lock_ = nullptr;
-};
-
 // A failing call underneath never changes what the lock does.
 ZEBCOMN_USE(SeLockFailures, Grants, "tiSO_SELock", "tiSO_SELockExclusive",
             "tiSO_SELockSharedStarveExclusive", "tiSO_SELockSharedWaitForExclusive",
             "tiSO_SELockExclusiveToShared", "tiSO_SELockRelease") {
-  const OwnLock lock;
+  const AttachedLock lock;
   trial.Call([&] {
     EXPECT_EQ(tiSO_SELock(lock.get(), TRUE, TRUE), TRUE);
     EXPECT_EQ(tiSO_SELockExclusive(lock.get(), TRUE), TRUE);
@@ -154,7 +124,7 @@ uint32_t Accept(uintptr_t /*first*/, uint32_t /*event*/, uintptr_t /*second*/,
 
 // A client that cannot be registered would wait for ever.
 ZEBCOMN_ENDING_USE(SeLockFailures, Registration, "malloc", "tiSO_SELockExclusiveNotify") {
-  const OwnLock lock;
+  const AttachedLock lock;
   EXPECT_EQ(tiSO_SELockSharedStarveExclusive(lock.get(), FALSE), TRUE);
   BOOL granted = TRUE;
   trial.Call([&] { granted = tiSO_SELockExclusiveNotify(lock.get(), Accept, 1, 2); });
@@ -165,7 +135,7 @@ ZEBCOMN_ENDING_USE(SeLockFailures, Registration, "malloc", "tiSO_SELockExclusive
 }
 
 ZEBCOMN_USE(SeLockFailures, Withdrawal, "tiSO_SELockExclusiveUnnotify") {
-  const OwnLock lock;
+  const AttachedLock lock;
   EXPECT_EQ(tiSO_SELockSharedStarveExclusive(lock.get(), FALSE), TRUE);
   EXPECT_EQ(tiSO_SELockExclusiveNotify(lock.get(), Accept, 1, 2), FALSE);
   void* record = lock.get()->notify_list.next;
@@ -174,6 +144,23 @@ ZEBCOMN_USE(SeLockFailures, Withdrawal, "tiSO_SELockExclusiveUnnotify") {
   EXPECT_EQ(withdrawn, TRUE);
   std::free(record);  // It is the caller's now.
   tiSO_SELockRelease(lock.get());
+}
+
+uint32_t AcceptAndCount(uintptr_t count, uint32_t /*event*/, uintptr_t /*second*/,
+                        uint32_t /*reserved*/) {
+  ++*reinterpret_cast<int*>(count);
+  return 0;
+}
+
+ZEBCOMN_USE(SeLockFailures, ReleaseThatTellsAClient, "tiSO_SELockRelease") {
+  const AttachedLock lock;
+  int told = 0;
+  const auto count = reinterpret_cast<uintptr_t>(&told);
+  EXPECT_EQ(tiSO_SELockSharedStarveExclusive(lock.get(), FALSE), TRUE);
+  EXPECT_EQ(tiSO_SELockExclusiveNotify(lock.get(), AcceptAndCount, count, 0), FALSE);
+  trial.Call([&] { tiSO_SELockRelease(lock.get()); });
+  EXPECT_EQ(told, 1);
+  EXPECT_EQ(lock.get()->notify_list.next, nullptr);
 }
 
 // Success with a null list is what callers test for.

@@ -12,12 +12,39 @@
 
 namespace {
 
+/// What the observed module's "DllMain" has been told in this run, and what it says to a load.
+struct EntryRoutine {
+  int loads = 0;
+  int frees = 0;
+  BOOL accepts = TRUE;
+};
+EntryRoutine g_entry_routine;
+
+constexpr int32_t kLoadedString = 7;
+
+}  // namespace
+
+extern "C" ZEBCOMN_EXPORT int32_t observe_dll_main(void* /*module*/, uint32_t reason,
+                                                   void* /*reserved*/) {
+  ++(reason == TIV_PROCESS_ATTACH ? g_entry_routine.loads : g_entry_routine.frees);
+  return g_entry_routine.accepts;
+}
+
+extern "C" ZEBCOMN_EXPORT int32_t observe_load_string(void* /*module*/, uint32_t /*id*/,
+                                                      char* /*buffer*/, int32_t /*size*/) {
+  return kLoadedString;
+}
+
+namespace {
+
 using zebcomn_test::ExpectedLeak;
 using zebcomn_test::kErrorLeftAlone;
 using zebcomn_test::LibrariesInTable;
 using zebcomn_test::Trial;
 
 constexpr char kModule[] = ZEBCOMN_SWEPT_MODULE;
+// With a "DllMain" and a "loadString".
+constexpr char kObservedModule[] = ZEBCOMN_OBSERVED_MODULE;
 
 // The loader keeps its last text until it is asked again; a use begins and ends without one.
 class LoaderText {
@@ -140,7 +167,7 @@ ZEBCOMN_USE(LoaderFailures, Free, "tivFreeLibrary") {
 // A module in the table, for a use of what is in it.
 class LoadedModule {
  public:
-  LoadedModule() : module_(tivLoadLibrary(kModule, nullptr)) {}
+  explicit LoadedModule(const char* path = kModule) : module_(tivLoadLibrary(path, nullptr)) {}
   ~LoadedModule() { EXPECT_EQ(tivFreeLibrary(module_), TRUE); }
   LoadedModule(const LoadedModule&) = delete;
   LoadedModule& operator=(const LoadedModule&) = delete;
@@ -149,6 +176,92 @@ class LoadedModule {
  private:
   void* module_;
 };
+
+// A load that cannot find the "DllMain" goes on without.
+ZEBCOMN_USE(LoaderFailures, LoadOfAModuleThatIsTold, "tivLoadLibrary") {
+  const LoaderText none;
+  const ExpectedLeak record_of_a_failed_load;
+  g_entry_routine = {};
+  void* module = nullptr;
+  trial.Call([&] { module = tivLoadLibrary(kObservedModule, nullptr); });
+  const bool fails =
+      trial.FailedIn("pthread_mutex_lock") || trial.FailedIn("calloc") || trial.FailedIn("dlopen");
+  EXPECT_EQ(module == nullptr, fails);
+  ExpectLoadErrorSlot(trial);
+  const int told = fails || trial.FailedIn("dlsym") ? 0 : 1;
+  EXPECT_EQ(g_entry_routine.loads, told);
+  if (trial.FailedIn("dlopen")) trial.Leaves({1, 0, 0}, "the record of a failed load");
+  if (module == nullptr) return;
+  EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  EXPECT_EQ(g_entry_routine.frees, told);
+}
+
+/// Gives back the load of a refused module that the library keeps, so that runs are alike.
+void GiveBackWhatStaysLoaded() {
+  void* const module = dlopen(kObservedModule, RTLD_LAZY | RTLD_NOLOAD);
+  EXPECT_NE(module, nullptr);
+  if (module == nullptr) return;
+  dlclose(module);
+  dlclose(module);
+}
+
+ZEBCOMN_USE(LoaderFailures, LoadThatIsRefused, "tivLoadLibrary") {
+  const LoaderText none;
+  const ExpectedLeak record_of_a_failed_load;
+  g_entry_routine = {};
+  g_entry_routine.accepts = FALSE;
+  const char* message = nullptr;
+  void* module = &trial;
+  trial.Call([&] { module = tivLoadLibrary(kObservedModule, &message); });
+  // The second lock is the library's own, which is taken anyhow.
+  EXPECT_EQ(trial.ErrorSlot(), trial.FailedIn("pthread_mutex_lock", 1) ? EBUSY : kErrorLeftAlone);
+  EXPECT_EQ(module != nullptr, trial.FailedIn("dlsym"));
+  EXPECT_EQ(LibrariesInTable(), module != nullptr ? 1 : 0);
+  if (trial.FailedIn("dlopen")) trial.Leaves({1, 0, 0}, "the record of a failed load");
+  if (module != nullptr) {
+    EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  } else if (g_entry_routine.loads != 0) {
+    EXPECT_STREQ(message, "dllmain returned false");
+    GiveBackWhatStaysLoaded();
+  } else {
+    EXPECT_TRUE(trial.Failed());
+  }
+}
+
+ZEBCOMN_USE(LoaderFailures, FreeOfAModuleThatIsTold, "tivFreeLibrary") {
+  const LoaderText none;
+  g_entry_routine = {};
+  void* const module = tivLoadLibrary(kObservedModule, nullptr);
+  BOOL freed = FALSE;
+  trial.Call([&] { freed = tivFreeLibrary(module); });
+  const bool locked_out = trial.FailedIn("pthread_mutex_lock", 2);
+  EXPECT_EQ(freed, locked_out || trial.FailedIn("dlclose") ? FALSE : TRUE);
+  EXPECT_EQ(trial.ErrorSlot(), locked_out ? EBUSY : kErrorLeftAlone);
+  EXPECT_EQ(g_entry_routine.frees, locked_out ? 0 : 1);
+  if (locked_out) {
+    EXPECT_EQ(tivFreeLibrary(module), TRUE);
+  }
+  EXPECT_EQ(LibrariesInTable(), 0);
+}
+
+ZEBCOMN_USE(LoaderFailures, SecondLoadAndFree, "tivLoadLibrary", "tivFreeLibrary") {
+  const LoaderText none;
+  const LoadedModule first;
+  void* again = nullptr;
+  trial.Call([&] { again = tivLoadLibrary(kModule, nullptr); });
+  EXPECT_EQ(again, trial.FailedIn("pthread_mutex_lock") ? nullptr : first.get());
+  ExpectLoadErrorSlot(trial);
+  if (again == nullptr) return;
+  EXPECT_EQ(pDynamicLibraryList[0]->reference_count, 2);
+  BOOL freed = FALSE;
+  trial.Call([&] { freed = tivFreeLibrary(again); });
+  EXPECT_EQ(freed, trial.FailedIn("pthread_mutex_lock", 3) ? FALSE : TRUE);
+  EXPECT_EQ(trial.ErrorSlot(), freed == FALSE ? EBUSY : kErrorLeftAlone);
+  if (freed == FALSE) {
+    EXPECT_EQ(tivFreeLibrary(again), TRUE);
+  }
+  EXPECT_EQ(pDynamicLibraryList[0]->reference_count, 1);
+}
 
 ZEBCOMN_USE(LoaderFailures, Symbol, "tivGetProcAddress") {
   const LoaderText none;
@@ -182,6 +295,17 @@ ZEBCOMN_USE(LoaderFailures, ThreadCalls, "tivDisableThreadLibraryCalls") {
 }
 
 ZEBCOMN_USE(LoaderFailures, Text, "tivLoadString") {
+  const LoaderText none;
+  g_entry_routine = {};
+  const LoadedModule module(kObservedModule);
+  char text[8] = "";
+  int32_t result = -1;
+  trial.Call([&] { result = tivLoadString(module.get(), 1, text, 8); });
+  EXPECT_EQ(result, trial.FailedIn("dlsym") ? 0 : kLoadedString);
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
+ZEBCOMN_USE(LoaderFailures, TextOfAModuleWithoutTexts, "tivLoadString") {
   const LoaderText none;
   const LoadedModule module;
   char text[8] = "";

@@ -28,11 +28,16 @@ void Remove(std::string& text, std::string_view part) {
   for (size_t at = 0; (at = text.find(part)) != std::string::npos;) text.erase(at, part.size());
 }
 
+// Where the arguments begin: behind the name, which may be "operator()".
+size_t FindArguments(std::string_view line) {
+  constexpr std::string_view kCallOperator = "operator()";
+  const size_t name = line.find(kCallOperator);
+  return line.find('(', name == std::string_view::npos ? 0 : name + kCallOperator.size());
+}
+
 // A function's name as the uses write it; empty for an object.
 std::string FunctionName(std::string line) {
-  const size_t arguments = line.find('(', line.find("operator()") + 1 == 0
-                                              ? 0
-                                              : line.find("operator()") + sizeof("operator()") - 1);
+  const size_t arguments = FindArguments(line);
   if (arguments == std::string::npos && !IsFunction(line)) return "";
   line.resize(arguments == std::string::npos ? line.size() : arguments);
   for (const char* part : {"quenty_com::pelu::sysprops::", "quenty_com::pelu::", "[abi:cxx11]"}) {

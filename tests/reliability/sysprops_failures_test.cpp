@@ -99,6 +99,38 @@ ZEBCOMN_HOST_USE(CollectorFailures, Cpu, PutSystem, "ISysProps::GetCPUInformatio
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
 
+constexpr int kManyProcessors = 1000;
+
+/// A system with more processors than one block of their file tells of.
+void PutManyProcessors(PrivateHost& host) {
+  PutSystem(host);
+  std::string text;
+  for (int i = 0; i < kManyProcessors; ++i) {
+    text += "processor\t: " + std::to_string(i) + "\nclock\t\t: 1333.33MHz\nmodel\t\t: Board\n\n";
+  }
+  host.PutFile("/proc/cpuinfo", text);
+}
+
+// What has been read before a read fails counts.
+ZEBCOMN_HOST_USE(CollectorFailures, CpuOfManyProcessors, PutManyProcessors,
+                 "ISysProps::GetCPUInformation") {
+  ISysProps properties;
+  CPUInformation info;
+  int result = 77;
+  if (!CallOrBadAlloc(trial, [&] { result = properties.GetCPUInformation(info); })) return;
+  EXPECT_EQ(result, 1);
+  const int found = std::stoi(info.m_wstrNumOfCPU);
+  if (trial.FailedIn("open") || trial.FailedIn("read", 1)) {
+    EXPECT_EQ(found, 0);
+  } else if (trial.FailedIn("read", 2)) {
+    EXPECT_GT(found, 0);
+    EXPECT_LT(found, kManyProcessors);
+  } else if (!trial.FailedIn("read")) {
+    EXPECT_EQ(found, kManyProcessors);
+  }
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
 ZEBCOMN_HOST_USE(CollectorFailures, Memory, PutSystem, "ISysProps::GetMemoryInformation") {
   ISysProps properties;
   MemoryInformation info;
@@ -211,6 +243,32 @@ void CheckNetwork(Trial& trial, const std::wstring& expected, const std::wstring
 
 ZEBCOMN_HOST_USE(CollectorFailures, Network, PutSystem, "ISysProps::GetNetworkInformation") {
   CheckNetwork(trial, L"192.0.2.7", L"192.0.2.200");
+}
+
+/// A system whose only link has no address but an IPv6 one.
+void PutSystemWithoutIpv4(PrivateHost& host) {
+  PutSystem(host);
+  host.Ip("addr flush dev port0");
+  host.AddIpv6("2001:db8:1111:2222:3333:4444:5555:9/64", "port0");
+}
+
+// No address is of the family that is looked for, so the first one is taken.
+ZEBCOMN_HOST_USE(CollectorFailures, NetworkOfAnotherFamily, PutSystemWithoutIpv4,
+                 "ISysProps::GetNetworkInformation") {
+  ISysProps properties;
+  NetworkInformation info;
+  int result = 77;
+  if (!CallOrBadAlloc(trial, [&] { result = properties.GetNetworkInformation(info); })) return;
+  const std::wstring address = L"2001:db8:1111:2222:3333:4444:5555:9";
+  const std::wstring& ip = info.m_wstrIPAddress;
+  EXPECT_TRUE(ip == address || (trial.Failed() && (ip.empty() || ip == DefaultProp_Val)));
+  if (result == 0) {
+    EXPECT_TRUE(trial.Failed());
+    EXPECT_EQ(ip, DefaultProp_Val);
+  } else if (ip == address && !FailedInConversion(trial)) {
+    EXPECT_EQ(info.m_wstrSubnetMask, L"ffff:ffff:ffff:ffff:0:0:0:0");
+  }
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
 
 ZEBCOMN_HOST_USE(CollectorFailures, NetworkWithALastKnownAddress, PutSystem,

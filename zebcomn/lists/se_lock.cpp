@@ -150,7 +150,10 @@ tiLL_element_t* GrantSharedWaiters(tiSO_SELock_t* lock) {
     const HeldMutex keeps_event(g_wake_mutex, HeldMutex::Insist{});
     // The record may be gone as soon as the flag is 0.
     StoreRelease(&waiter->waiting, int32_t{0});
-    tivSetEvent(EventOf(thread));
+    // The thread would sleep for ever with its grant: a system that reports a failure is asked
+    // again, as by HeldMutex::Insist.
+    while (tivSetEvent(EventOf(thread)) != TRUE) {
+    }
   }
 }
 
