@@ -71,8 +71,8 @@ class FixedClock {
 };
 
 /// Called before and after each interposed call, on every thread, with the object that the call
-/// works on (a mutex, a condition, a block; else null). The thread attributes and the uses of a key
-/// have no step, and none is told of the calls that the hook itself makes. Null for no hook.
+/// works on (a mutex, a condition, a block; else null), but for those that the hook itself makes.
+/// Under a sanitizer the thread attributes and the uses of a key have no step. Null for no hook.
 using StepHook = void (*)(Call call, bool before, void* object);
 void SetStepHook(StepHook hook);
 

@@ -2,6 +2,7 @@
 // its end would free every slot (thread_schedules_test.cpp has those).
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <sched.h>
 
 #include <atomic>
 #include <cstdint>
@@ -66,6 +67,33 @@ TEST(SlotSchedules, OfTwoFreesOfOneSlotOneSucceeds) {
     void* freed_there = nullptr;
     ASSERT_EQ(pthread_join(thread, &freed_there), 0);
     EXPECT_NE(freed_here == TRUE, freed_there != nullptr);
+  });
+}
+
+struct Reuse {
+  DWORD slot;
+  std::atomic<DWORD> next{TIV_INVALID_DWORD};
+};
+
+void* SetWhileFreed(void* argument) {
+  auto* reuse = static_cast<Reuse*>(argument);
+  const BOOL set = tivTlsSetValue(reuse->slot, reuse);
+  while (reuse->next == TIV_INVALID_DWORD) sched_yield();
+  void* const value = tivTlsGetValue(reuse->next);
+  // A set that begins late finds the slot allocated again.
+  EXPECT_TRUE(value == nullptr || (set == TRUE && value == reuse));
+  return nullptr;
+}
+
+TEST(SlotSchedules, ARefusedValueIsNotInTheNextAllocation) {
+  RunSchedules(300, [] {
+    Reuse reuse{tivTlsAlloc()};
+    pthread_t thread{};
+    ASSERT_EQ(pthread_create(&thread, nullptr, SetWhileFreed, &reuse), 0);
+    EXPECT_EQ(tivTlsFree(reuse.slot), TRUE);
+    reuse.next = tivTlsAlloc();
+    ASSERT_EQ(pthread_join(thread, nullptr), 0);
+    EXPECT_EQ(tivTlsFree(reuse.next), TRUE);
   });
 }
 
