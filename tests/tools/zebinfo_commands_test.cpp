@@ -196,6 +196,7 @@ TEST(ZebinfoPath, ShowsTheFlatFormAndTheFile) {
 
 TEST(ZebinfoPath, APathToNoFileStillShowsItsFlatForm) {
   const ScratchDir dir;
+  const std::string file = dir.Write("file", "");
   Link("loop", dir / "loop");
   Link("nothing", dir / "dangling");
   ASSERT_EQ(mkfifo((dir / "pipe").c_str(), 0600), 0);
@@ -208,6 +209,7 @@ TEST(ZebinfoPath, APathToNoFileStillShowsItsFlatForm) {
       {dir / "dangling", dir / "dangling", "No such file or directory"},
       {dir.path(), dir.path(), "it is a directory"},
       {dir / "pipe", dir / "pipe", "it is not a regular file"},
+      {file + "//", file + "/", "Not a directory"},
       {dir / "loop", dir / "loop", "Too many levels of symbolic links"},
       {"/etc/..", "", "it stands for the root directory"},
   };

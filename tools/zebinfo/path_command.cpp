@@ -53,7 +53,8 @@ void ShowPath(const std::string& path, const std::optional<std::string>& base, F
   const std::string flat = Flatten(path, base);
   std::optional<std::string> file;
   std::string resolved;
-  if (FileNameResolver(flat).GetAbsolutePath(resolved)) file = resolved;
+  // The resolver flattens it once more, and drops the last "/", which must be none of its own.
+  if (FileNameResolver(flat + '/').GetAbsolutePath(resolved)) file = resolved;
   if (format != Format::kText) {
     PrintJson({{"path", path}, {"flat", flat}, {"file", file ? Json(*file) : Json()}}, format);
   } else {
