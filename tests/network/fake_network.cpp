@@ -196,3 +196,10 @@ extern "C" int getnameinfo(const sockaddr* address, socklen_t length, char* host
               : zebcomn_test::RealGetnameinfo(address, length, host, host_length, service,
                                               service_length, flags);
 }
+
+extern "C" const char* inet_ntop(int family, const void* address, char* text,
+                                 socklen_t size) noexcept {
+  if (Network().inet_ntop) return Network().inet_ntop(family, address, text, size);
+  static auto* const real = Real(&::inet_ntop, "inet_ntop");
+  return real(family, address, text, size);
+}

@@ -48,6 +48,7 @@ struct FakeNetwork {
   std::function<int(const sockaddr* address, socklen_t length, char* host, socklen_t host_length,
                     char* service, socklen_t service_length, int flags)>
       getnameinfo;
+  std::function<const char*(int family, const void* address, char* text, socklen_t size)> inet_ntop;
 
   int freed_chains = 0;            ///< Calls of freeifaddrs with `chain`.
   ifaddrs* chain = nullptr;        ///< The chain that was given away last.

@@ -216,6 +216,15 @@ TEST_F(EnumerationFailureTest, AMissingMaskDropsTheEntry) {
   EXPECT_EQ(Fill(), (Lines{first_, second_, third_}));
 }
 
+TEST_F(EnumerationFailureTest, ANetworkThatCannotBeWrittenDropsItsEntryOnly) {
+  int call = 0;
+  Network().inet_ntop = [&](int, const void*, char* text, socklen_t) {
+    return ++call == 1 ? nullptr : std::strcpy(text, "10.0.0.0");
+  };
+  EXPECT_EQ(Fill(), (Lines{second_, third_}));
+  EXPECT_EQ(call, 2) << "IPv6 asks for none";
+}
+
 TEST_F(EnumerationFailureTest, EveryAllocationMayFail) {
   int failures = 0;
   for (int nth = 1;; ++nth) {
