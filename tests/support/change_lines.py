@@ -59,7 +59,7 @@ def code_of(line):
 def changes_of(path, root):
     """Yields (path, line number, rule, old line, new line) for each place that can be changed."""
     for number, line in enumerate((root / path).read_text().splitlines()):
-        if SKIPPED_LINE.match(line):
+        if SKIPPED_LINE.search(line):
             continue
         code = code_of(line)
         for rule, pattern, replacement in RULES:
