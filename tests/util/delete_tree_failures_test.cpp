@@ -7,6 +7,7 @@
 
 #include "tests/support/failing_call.h"
 #include "tests/util/deletion_stage.h"
+#include "tests/util/same_number.h"
 
 namespace {
 
@@ -91,6 +92,24 @@ TEST_F(DeleteTreeFailuresTest, LinkPutInTheWayBeforeADirectoryIsOpenedIsNotFollo
               return swapping.Happened() ? Listing("/") : "nothing was swapped";
             }),
             "/moved /moved/file /outside /outside/kept /tree /tree/sub ");
+}
+
+TEST_F(DeleteTreeFailuresTest, DirectoryOfAnotherFileSystemWithTheSameNumberIsAnother) {
+  const std::string left = OnStage([] {
+    Write("/tree/sub/file");
+    const std::string twin = zebcomn_test::EntryWithTheNumberOf(
+        "/tree/sub", "/twins",
+        [](const std::string& path) { std::filesystem::create_directory(path); });
+    if (twin.empty()) return std::string("no twin");
+    std::filesystem::create_symlink(twin, "/outside");
+    Write(twin + "/kept");
+    const FailingCall swapping("opendir", 2, SwapForALink);
+    DeleteTree("/tree");
+    if (!swapping.Happened()) return std::string("nothing was swapped");
+    return Exists(twin + "/kept") ? std::string("kept") : std::string("deleted");
+  });
+  if (left == "no twin") GTEST_SKIP() << "file systems here do not count by themselves";
+  EXPECT_EQ(left, "kept");
 }
 
 TEST_F(DeleteTreeFailuresTest, LinkPutInTheWayWhileADirectoryIsWalkedDoesNotLeadAstray) {

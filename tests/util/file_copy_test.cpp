@@ -15,7 +15,9 @@
 #include "tests/support/descriptors.h"
 #include "tests/support/error_slot.h"
 #include "tests/support/fresh_process.h"
+#include "tests/support/private_host.h"
 #include "tests/support/scratch_dir.h"
+#include "tests/util/same_number.h"
 
 namespace {
 
@@ -130,6 +132,22 @@ TEST_F(FileCopyTest, FileIsNotCopiedOntoItselfUnderAnyName) {
     EXPECT_EQ(Copy(name, source), FALSE) << name;
     EXPECT_EQ(ReadFile(source), "content") << name;
   }
+}
+
+TEST_F(FileCopyTest, FileOfTheSameNumberInAnotherFileSystemIsAnother) {
+  if (const std::string why = zebcomn_test::WhyNoPrivateHost(); !why.empty()) GTEST_SKIP() << why;
+  const std::string result = zebcomn_test::RunInPrivateHost([](zebcomn_test::PrivateHost& host) {
+    host.PutEmptyDirectory("/mnt");
+    const auto write_old = [](const std::string& path) { zebcomn_test::WriteFile(path, "old"); };
+    zebcomn_test::WriteFile("/mnt/source", "new");
+    const std::string twin =
+        zebcomn_test::EntryWithTheNumberOf("/mnt/source", "/mnt/twins", write_old);
+    if (twin.empty()) return std::string("no twin");
+    const BOOL copied = Copy("/mnt/source", twin);
+    return std::to_string(copied) + " " + ReadFile(twin);
+  });
+  if (result == "no twin") GTEST_SKIP() << "file systems here do not count by themselves";
+  EXPECT_EQ(result, "1 new");
 }
 
 TEST_F(FileCopyTest, PathThatLeadsBackThroughANewDirectoryDoesNotEmptyTheSource) {
