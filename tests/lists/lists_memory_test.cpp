@@ -128,6 +128,16 @@ TEST_F(ListsMemory, ARegistrationThatCannotBeHadEndsTheProcess) {
   tiSO_SELockRelease(lock);
 }
 
+TEST_F(ListsMemory, ADetachedThreadLeavesNoEventBehind) {
+  tiSO_ThreadDetach();
+  const CallWatch watch;
+  EXPECT_EQ(tiSO_ThreadAttach(), 1U);
+  EXPECT_EQ(watch.UnfreedBlocks(), 1);
+  EXPECT_EQ(tiSO_ThreadDetach(), 1);
+  EXPECT_EQ(watch.UnfreedBlocks(), 0);
+  EXPECT_EQ(tiSO_ThreadAttach(), 1U);
+}
+
 TEST_F(ListsMemory, AnEventThatCannotBeHadLeavesTheThreadNotAttached) {
   tiSO_ThreadDetach();
   nErrno = 0;

@@ -122,6 +122,7 @@ TEST_F(Sll2, InitAndUninitServeARecordOfTheCallers) {
   tiSLL2_XInsertTail(&list, &b_.links);
   tiSLL2_Uninit(&list);
   EXPECT_EQ(list.head.next, &list.tail) << "every element has been taken out";
+  EXPECT_EQ(b_.links.previous, &list.head) << "one after the other, from the head";
   EXPECT_EQ(list.lock, nullptr);
 }
 

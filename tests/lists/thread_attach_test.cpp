@@ -20,6 +20,8 @@ using zebcomn_test::OwnLock;
 
 constexpr int32_t kInvalidArgument = 22;
 
+const DWORD index_at_start = tiSO_tls_index;
+
 HANDLE HandleOf(uintptr_t identity) {
   return reinterpret_cast<HANDLE>(identity);
 }
@@ -30,6 +32,7 @@ void Detach() {
 }
 
 TEST(ThreadAttach, TheSlotIndexIsAllOnesBeforeAndAfter) {
+  EXPECT_EQ(index_at_start, 0xFFFFFFFFU);
   EXPECT_EQ(tiSO_tls_index, 0xFFFFFFFFU);
   const DWORD slot = tiSO_ProcessAttach();
   EXPECT_NE(slot, 0xFFFFFFFFU);

@@ -20,6 +20,8 @@ const std::map<int, DWORD> kCodes = {
     {13, 5},   {22, 1010}, {25, 1010}, {30, 19},
 };
 
+const int32_t error_at_start = nErrno;
+
 DWORD CodeFor(int number) {
   errno = number;
   return tivGetLastError();
@@ -50,6 +52,10 @@ TEST(LastError, DoesNotLookAtTheErrorSlot) {
   nErrno = 13;
   EXPECT_EQ(CodeFor(0), 0u);
   EXPECT_EQ(nErrno, 13);
+}
+
+TEST(ErrorSlot, IsZeroAtFirst) {
+  EXPECT_EQ(error_at_start, 0);
 }
 
 TEST(ErrorSlot, IsOneForAllThreads) {

@@ -289,6 +289,15 @@ TEST_F(FileTest, EndOfFileIsASuccessWithNoBytesAndMarksTheRecord) {
   EXPECT_EQ(tivCloseHandle(file), TRUE);
 }
 
+TEST_F(FileTest, ReadOfNoBytesMarksTheRecordToo) {
+  const HANDLE file = OpenToRead(scratch_.Write("file", "a"));
+  EXPECT_EQ(ReadSome(file, 0), "");
+  EXPECT_EQ(static_cast<const PayloadFields*>(static_cast<_tivHandleObject_t*>(file)->pObject)
+                ->end_of_file,
+            1);
+  EXPECT_EQ(tivCloseHandle(file), TRUE);
+}
+
 TEST_F(FileTest, TransfersRefuseANullHandleAndANullCountWith22) {
   const HANDLE file = OpenToRead(scratch_.Write("file", "a"));
   DWORD count = 77;

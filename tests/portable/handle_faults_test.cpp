@@ -16,6 +16,7 @@
 #include "zebcomn/portable/file_record_internal.h"
 #include "zebcomn/portable/global_mutexes.h"
 #include "zebcomn/portable/interlocked.h"
+#include "zebcomn/portable/tls.h"
 
 namespace {
 
@@ -61,6 +62,14 @@ TEST(EventFaults, Reset) {
   EXPECT_TRUE(FailsUnder(Call::kMutexUnlock, 1, reset));
   EXPECT_EQ(event.record()->bSignalled, 0);
   EXPECT_EQ(pthread_mutex_unlock(&event.record()->mutex), 0);
+}
+
+TEST(EventFaults, ResetWakesNobody) {
+  const OwnedHandle event(NewEvent(1));
+  const CallWatch watch;
+  EXPECT_EQ(tivResetEvent(event.get()), TRUE);
+  EXPECT_EQ(watch.Count(Call::kMutexLock), 1);
+  EXPECT_EQ(watch.Count(Call::kCondBroadcast), 0);
 }
 
 TEST(MutexFaults, Release) {
@@ -266,6 +275,46 @@ TEST(ThreadEndFaults, HandleIsSignalledAllTheSame) {
   }
 }
 
+// A start block over the test's own objects, and what is to be seen right before its mutex is
+// locked.
+struct EndInView {
+  pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+  pthread_cond_t cond = PTHREAD_COND_INITIALIZER;
+  int32_t flag = 0;
+  DWORD slot = tivTlsAlloc();
+  int32_t flag_at_lock = -1;
+  bool slot_freed_at_lock = false;
+  int cancellation_at_lock = -1;
+
+  TivThreadStartBlock* NewBlock() {
+    auto* block = static_cast<TivThreadStartBlock*>(std::malloc(sizeof(TivThreadStartBlock)));
+    *block = {&mutex, &cond, &flag, DoNothing, nullptr};
+    return block;
+  }
+};
+EndInView* g_end = nullptr;
+
+void LookAtTheEnd(Call call, bool before, void* object) {
+  if (call != Call::kMutexLock || !before || object != &g_end->mutex) return;
+  g_end->flag_at_lock = g_end->flag;
+  g_end->slot_freed_at_lock = pTlsKeyTable[g_end->slot] == nullptr;
+  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &g_end->cancellation_at_lock);
+  pthread_setcancelstate(g_end->cancellation_at_lock, nullptr);
+}
+
+TEST(ThreadEnd, FreesTheSlotsThenSetsTheFlagThenLocksAndWakesAllUncancelled) {
+  EndInView end;
+  g_end = &end;
+  zebcomn_test::SetStepHook(LookAtTheEnd);
+  const CallWatch watch;
+  tivThreadJuggle(end.NewBlock());
+  zebcomn_test::SetStepHook(nullptr);
+  EXPECT_TRUE(end.slot_freed_at_lock);
+  EXPECT_EQ(end.flag_at_lock, 1);
+  EXPECT_EQ(end.cancellation_at_lock, PTHREAD_CANCEL_DISABLE);
+  EXPECT_EQ(watch.Count(Call::kCondBroadcast), 1);
+}
+
 // The mutex that was locked last, as the step hook sees it.
 void* g_locked = nullptr;
 
@@ -280,6 +329,19 @@ TEST(InterlockedFaults, EachKindOfOperationTakesItsOwnLock) {
   EXPECT_EQ(g_locked, &MutexInterlockedExchange);
   tivInterlockedDecrement(&value);
   EXPECT_EQ(g_locked, &MutexInterlockedLong);
+  zebcomn_test::SetStepHook(nullptr);
+}
+
+// A variable that somebody else changes right after the lock has been given back.
+LONG g_shared = 0;
+
+TEST(InterlockedFaults, ResultIsReadAfterTheUnlock) {
+  g_shared = 5;
+  zebcomn_test::SetStepHook([](Call call, bool before, void* object) {
+    if (call == Call::kMutexUnlock && !before && object == &MutexInterlockedLong) g_shared += 100;
+  });
+  EXPECT_EQ(tivInterlockedIncrement(&g_shared), 106);
+  EXPECT_EQ(tivInterlockedDecrement(&g_shared), 205);
   zebcomn_test::SetStepHook(nullptr);
 }
 

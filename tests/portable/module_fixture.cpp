@@ -8,6 +8,7 @@
 
 #include "tests/portable/tables_in_use.h"
 #include "tests/support/error_slot.h"
+#include "tests/support/expected_leak.h"
 #include "zebcomn/portable/dynamic_library.h"
 
 namespace zebcomn_test {
@@ -45,6 +46,14 @@ std::string ModuleTest::ObservedModule(const std::string& name) const {
 std::string ModuleTest::PlainModule(const std::string& name) const {
   std::filesystem::copy_file(ZEBCOMN_PLAIN_MODULE, scratch_ / name);
   return scratch_ / name;
+}
+
+std::string ModuleTest::MessageOfFailedLoad(const char* name) {
+  // A failed load leaves its record behind.
+  const ExpectedLeak record;
+  const char* message = nullptr;
+  EXPECT_EQ(tivLoadLibrary(name, &message), nullptr);
+  return message == nullptr ? "no message" : message;
 }
 
 bool ModuleTest::IsLoaded(const std::string& path) {

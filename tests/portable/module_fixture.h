@@ -31,6 +31,9 @@ class ModuleTest : public ::testing::Test {
   /// A new copy of the module without "DllMain".
   std::string PlainModule(const std::string& name = "plain.so") const;
 
+  /// Loads a name that must fail to load; the message.
+  static std::string MessageOfFailedLoad(const char* name);
+
   /// Whether the loader has the file loaded.
   static bool IsLoaded(const std::string& path);
 

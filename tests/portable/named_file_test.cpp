@@ -88,6 +88,14 @@ TEST_F(NamedFileTest, TemporaryNameIsCopiedWithoutALimit) {
   EXPECT_EQ(std::string(name.data()).size(), directory.size() + 7);
 }
 
+TEST_F(NamedFileTest, TemporaryNameInTheEmptyDirectoryBeginsAtTheRoot) {
+  std::array<char, 512> name{};
+  const std::string prefix = (scratch_ / "pre").substr(1);
+  EXPECT_EQ(tivGetTempFileName("", prefix.c_str(), 1, name.data()), 1u);
+  EXPECT_EQ(std::string(name.data()).find(scratch_ / "pre"), 0u) << name.data();
+  EXPECT_TRUE(Exists(name.data()));
+}
+
 TEST_F(NamedFileTest, CopyTakesTheOppositeFlagOfTheUtility) {
   const std::string source = scratch_.Write("source", "new");
   const std::string target = scratch_.Write("target", "old");

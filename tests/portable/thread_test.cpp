@@ -21,6 +21,8 @@ using zebcomn_test::Poll;
 using zebcomn_test::RecordOf;
 using zebcomn_test::WaitForEver;
 
+const int32_t dummy_at_start = bDummyThreadSignalled;
+
 int32_t ReadFlag(const int32_t* flag) {
   return __atomic_load_n(flag, __ATOMIC_ACQUIRE);
 }
@@ -175,6 +177,10 @@ TEST(ThreadEnd, AfterACloseSetsOnlyTheDummy) {
   tivSetEvent(gate.get());
   AwaitDummy();
   EXPECT_EQ(ReadFlag(&bDummyThreadSignalled), 1);
+}
+
+TEST(ThreadEnd, DummyIsZeroAtFirst) {
+  EXPECT_EQ(dummy_at_start, 0);
 }
 
 TEST(ThreadEnd, BeforeACloseLeavesTheDummy) {
