@@ -88,6 +88,24 @@ TEST(ThreadAttach, TheIdentityIsAManualResetEventThatIsNotSignalled) {
   Detach();
 }
 
+TEST(ThreadAttach, AThreadThatHasWaitedForALockLeavesItsEventNotSignalled) {
+  tiSO_ProcessAttach();
+  tiSO_ThreadAttach();
+  {
+    OwnLock lock;
+    zebcomn_test::Worker waiter;
+    for (int turn = 0; turn < 20; ++turn) {
+      EXPECT_EQ(tiSO_SELockExclusive(lock, 1), 1);
+      StartAndQueue(waiter, lock, [&lock] { return tiSO_SELockExclusive(lock, 1); });
+      tiSO_SELockRelease(lock);
+      EXPECT_EQ(waiter.Finish(), 1);
+      EXPECT_EQ(tivWaitForSingleObject(HandleOf(waiter.identity()), 0), 3U) << turn;
+      tiSO_SELockRelease(lock);
+    }
+  }
+  Detach();
+}
+
 TEST(ThreadAttach, DetachLeavesAllOnesInTheSlot) {
   tiSO_ProcessAttach();
   tiSO_ThreadAttach();

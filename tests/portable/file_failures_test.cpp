@@ -1,6 +1,8 @@
 // What the calls on files, directories and names leave behind when a call underneath them fails.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <array>
@@ -9,6 +11,7 @@
 #include "tests/support/descriptors.h"
 #include "tests/support/error_slot.h"
 #include "tests/support/failing_call.h"
+#include "tests/support/fresh_process.h"
 #include "tests/support/next_function.h"
 #include "tests/support/scratch_dir.h"
 #include "zebcomn/portable/directory_search.h"
@@ -104,6 +107,36 @@ TEST_F(FileFailuresTest, FailedWriteLeavesTheCountAlone) {
   EXPECT_EQ(count, 77u);
   EXPECT_EQ(nErrno, kErrorLeftAlone);
   EXPECT_EQ(tivCloseHandle(file), TRUE);
+}
+
+// One call of the system each: what it did not take or give is the caller's to ask for again.
+TEST_F(FileFailuresTest, WriteThatIsCutShortIsASuccessWithItsCount) {
+  const std::string found = zebcomn_test::RunInFreshProcess([this] {
+    const rlimit four_bytes = {4, 4};
+    if (setrlimit(RLIMIT_FSIZE, &four_bytes) != 0) return std::string("no limit");
+    DWORD count = 77;
+    const BOOL result = tivWriteFile(OpenFile(), "0123456789", 10, &count);
+    return std::to_string(result) + " " + std::to_string(count) + " " + ReadFile(path_);
+  });
+  EXPECT_EQ(found, "1 4 0123ent");
+}
+
+TEST_F(FileFailuresTest, ReadGivesWhatIsThereAndDoesNotWaitForMore) {
+  int ends[2];
+  ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+  ASSERT_EQ(write(ends[1], "abc", 3), 3);
+  const std::string path = "/proc/self/fd/" + std::to_string(ends[0]);
+  const HANDLE file =
+      tivCreateFileAW(path.c_str(), TIV_ACCESS_READ, 0, nullptr, TIV_OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(file, nullptr);
+  std::array<char, 8> bytes{};
+  DWORD count = 77;
+  EXPECT_EQ(tivReadFile(file, bytes.data(), 8, &count, nullptr), TRUE);
+  EXPECT_EQ(count, 3u);
+  EXPECT_STREQ(bytes.data(), "abc");
+  EXPECT_EQ(tivCloseHandle(file), TRUE);
+  close(ends[0]);
+  close(ends[1]);
 }
 
 TEST_F(FileFailuresTest, FailedSeekAndTruncateAreReported) {

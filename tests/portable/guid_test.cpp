@@ -43,6 +43,7 @@ struct FakeHost {
   int offered_list_length = -1;   // What the caller had room for.
   std::vector<FakeInterface> interfaces;
   int sockets = 0;
+  bool asked_with_ipv4_datagrams = false;
   int clock_reads = 0;
 };
 
@@ -105,7 +106,10 @@ INTERPOSED int rand() noexcept {
 }
 
 INTERPOSED int socket(int family, int type, int protocol) noexcept {
-  if (fake.active) ++fake.sockets;
+  if (fake.active) {
+    ++fake.sockets;
+    fake.asked_with_ipv4_datagrams = family == AF_INET && (type & ~SOCK_CLOEXEC) == SOCK_DGRAM;
+  }
   if (fake.active && fake.no_socket) {
     errno = EMFILE;
     return -1;
@@ -186,9 +190,10 @@ TEST(Guid, InterfacesAreSearchedByTheFirstCallOnly) {
   const std::string counts = OnHost(PlainHost(), [] {
     NewGuid();
     NewGuid();
-    return std::to_string(fake.sockets) + "/" + std::to_string(fake.offered_list_length);
+    return std::to_string(fake.sockets) + "/" + std::to_string(fake.offered_list_length) +
+           (fake.asked_with_ipv4_datagrams ? "/udp" : "/another");
   });
-  EXPECT_EQ(counts, "1/1024");
+  EXPECT_EQ(counts, "1/1024/udp");
 }
 
 TEST(Guid, TheSearchClosesItsSocket) {

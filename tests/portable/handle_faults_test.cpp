@@ -127,6 +127,7 @@ TEST(WaitFaults, Sleeps) {
     const CallWatch watch(row.call, 1, row.error);
     EXPECT_EQ(tivWaitForSingleObject(event.get(), row.timeout), row.result);
     EXPECT_TRUE(watch.Failed());
+    EXPECT_EQ(watch.Count(Call::kGettimeofday), row.timeout == TIV_WAIT_INFINITE ? 0 : 1);
     EXPECT_EQ(nErrno, kErrorLeftAlone);
     EXPECT_FALSE(IsLocked(event.record()));
   }
