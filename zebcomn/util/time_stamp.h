@@ -11,8 +11,8 @@
 /// A null buffer, or a size of 0, is left alone. A moment that the C library cannot break down
 /// gives the empty text. `nErrno` is left alone. Any number of threads may call; the compact stamps
 /// take no lock, so a `zebcomn_timegm` in another thread can make a local stamp come out in UTC. A
-/// readable stamp without memory throws std::bad_alloc; where the narrow one could be made, its wide
-/// form is empty.
+/// readable stamp without memory throws std::bad_alloc; where the narrow one could be made, its
+/// wide form is empty.
 ///
 /// \par Example
 /// \include time_stamps.cpp
