@@ -46,29 +46,12 @@ constexpr char kModule[] = ZEBCOMN_SWEPT_MODULE;
 // With a "DllMain" and a "loadString".
 constexpr char kObservedModule[] = ZEBCOMN_OBSERVED_MODULE;
 
-// The loader keeps its last text until it is asked again; a use begins and ends without one.
-class LoaderText {
- public:
-  LoaderText() { Forget(); }
-  ~LoaderText() { Forget(); }
-  LoaderText(const LoaderText&) = delete;
-  LoaderText& operator=(const LoaderText&) = delete;
-
- private:
-  static void Forget() {
-    while (dlerror() != nullptr) {
-    }
-    dlerror();
-  }
-};
-
 void ExpectLoadErrorSlot(const Trial& trial) {
   EXPECT_EQ(trial.ErrorSlot(), trial.FailedIn("pthread_mutex_lock") ? EBUSY : kErrorLeftAlone);
 }
 
 // The module has no "DllMain", so that a failing look for it makes no difference.
 ZEBCOMN_USE(LoaderFailures, Load, "tivLoadLibrary") {
-  const LoaderText none;
   const ExpectedLeak record_of_a_failed_load;
   const char* message = nullptr;
   void* module = nullptr;
@@ -92,7 +75,6 @@ ZEBCOMN_USE(LoaderFailures, Load, "tivLoadLibrary") {
 }
 
 ZEBCOMN_USE(LoaderFailures, LoadOfAnAbsentFile, "tivLoadLibrary") {
-  const LoaderText none;
   const ExpectedLeak record_of_a_failed_load;
   const char* message = nullptr;
   trial.Call([&] { EXPECT_EQ(tivLoadLibrary("/nowhere/absent.so", &message), nullptr); });
@@ -104,7 +86,6 @@ ZEBCOMN_USE(LoaderFailures, LoadOfAnAbsentFile, "tivLoadLibrary") {
 }
 
 ZEBCOMN_USE(LoaderFailures, LoadByAWideName, "tivLoadLibraryW") {
-  const LoaderText none;
   const ExpectedLeak record_of_a_failed_load;
   const std::string narrow(kModule);
   const std::wstring name(narrow.begin(), narrow.end());
@@ -130,7 +111,6 @@ ZEBCOMN_USE(LoaderFailures, LoadByAWideName, "tivLoadLibraryW") {
 }
 
 ZEBCOMN_USE(LoaderFailures, LoadOfAnAbsentFileByAWideName, "tivLoadLibraryW") {
-  const LoaderText none;
   const ExpectedLeak record_of_a_failed_load;
   const wchar_t* message = nullptr;
   trial.Call([&] { EXPECT_EQ(tivLoadLibraryW(L"/nowhere/absent.so", &message), nullptr); });
@@ -150,7 +130,6 @@ ZEBCOMN_USE(LoaderFailures, LoadOfAnAbsentFileByAWideName, "tivLoadLibraryW") {
 }
 
 ZEBCOMN_USE(LoaderFailures, Free, "tivFreeLibrary") {
-  const LoaderText none;
   void* module = tivLoadLibrary(kModule, nullptr);
   BOOL freed = FALSE;
   trial.Call([&] { freed = tivFreeLibrary(module); });
@@ -179,7 +158,6 @@ class LoadedModule {
 
 // A load that cannot find the "DllMain" goes on without.
 ZEBCOMN_USE(LoaderFailures, LoadOfAModuleThatIsTold, "tivLoadLibrary") {
-  const LoaderText none;
   const ExpectedLeak record_of_a_failed_load;
   g_entry_routine = {};
   void* module = nullptr;
@@ -206,7 +184,6 @@ void GiveBackWhatStaysLoaded() {
 }
 
 ZEBCOMN_USE(LoaderFailures, LoadThatIsRefused, "tivLoadLibrary") {
-  const LoaderText none;
   const ExpectedLeak record_of_a_failed_load;
   g_entry_routine = {};
   g_entry_routine.accepts = FALSE;
@@ -229,7 +206,6 @@ ZEBCOMN_USE(LoaderFailures, LoadThatIsRefused, "tivLoadLibrary") {
 }
 
 ZEBCOMN_USE(LoaderFailures, FreeOfAModuleThatIsTold, "tivFreeLibrary") {
-  const LoaderText none;
   g_entry_routine = {};
   void* const module = tivLoadLibrary(kObservedModule, nullptr);
   BOOL freed = FALSE;
@@ -245,7 +221,6 @@ ZEBCOMN_USE(LoaderFailures, FreeOfAModuleThatIsTold, "tivFreeLibrary") {
 }
 
 ZEBCOMN_USE(LoaderFailures, SecondLoadAndFree, "tivLoadLibrary", "tivFreeLibrary") {
-  const LoaderText none;
   const LoadedModule first;
   void* again = nullptr;
   trial.Call([&] { again = tivLoadLibrary(kModule, nullptr); });
@@ -264,7 +239,6 @@ ZEBCOMN_USE(LoaderFailures, SecondLoadAndFree, "tivLoadLibrary", "tivFreeLibrary
 }
 
 ZEBCOMN_USE(LoaderFailures, Symbol, "tivGetProcAddress") {
-  const LoaderText none;
   const LoadedModule module;
   const char* message = nullptr;
   void* address = nullptr;
@@ -275,7 +249,6 @@ ZEBCOMN_USE(LoaderFailures, Symbol, "tivGetProcAddress") {
 }
 
 ZEBCOMN_USE(LoaderFailures, AbsentSymbol, "tivGetProcAddress") {
-  const LoaderText none;
   const LoadedModule module;
   const char* message = nullptr;
   trial.Call([&] { EXPECT_EQ(tivGetProcAddress(module.get(), "absent", &message), nullptr); });
@@ -295,7 +268,6 @@ ZEBCOMN_USE(LoaderFailures, ThreadCalls, "tivDisableThreadLibraryCalls") {
 }
 
 ZEBCOMN_USE(LoaderFailures, Text, "tivLoadString") {
-  const LoaderText none;
   g_entry_routine = {};
   const LoadedModule module(kObservedModule);
   char text[8] = "";
@@ -306,7 +278,6 @@ ZEBCOMN_USE(LoaderFailures, Text, "tivLoadString") {
 }
 
 ZEBCOMN_USE(LoaderFailures, TextOfAModuleWithoutTexts, "tivLoadString") {
-  const LoaderText none;
   const LoadedModule module;
   char text[8] = "";
   trial.Call([&] { EXPECT_EQ(tivLoadString(module.get(), 1, text, 8), 0); });
@@ -315,7 +286,6 @@ ZEBCOMN_USE(LoaderFailures, TextOfAModuleWithoutTexts, "tivLoadString") {
 
 ZEBCOMN_USE(LoaderFailures, WithoutTheTable, "load_shared_object_image",
             "unload_shared_object_image") {
-  const LoaderText none;
   void* module = nullptr;
   BOOL loaded = FALSE;
   BOOL unloaded = FALSE;
