@@ -20,6 +20,7 @@ import os
 import pathlib
 import random
 import re
+import signal
 import subprocess
 import sys
 import tempfile
@@ -68,17 +69,17 @@ def changes_of(path, root):
                 yield path, number, rule, line, code[:found.start()] + new + code[found.end():]
 
 
-def run(command, folder, log, seconds=None):
+def run(command, folder, log):
     with open(log, "w", encoding="utf-8") as output:
-        # A group of its own, so that what a hanging test has started ends with it.
+        # A group of its own, so that what runs ends with this program.
         process = subprocess.Popen(command, cwd=folder, stdout=output, stderr=subprocess.STDOUT,
                                    start_new_session=True)
         try:
-            return process.wait(seconds) == 0
-        except subprocess.TimeoutExpired:
-            os.killpg(process.pid, 9)
-            process.wait()
-            return False
+            return process.wait() == 0
+        finally:
+            if process.poll() is None:
+                os.killpg(process.pid, signal.SIGKILL)
+                process.wait()
 
 
 def working_folder(test):
@@ -180,6 +181,8 @@ def sources(root, units):
 
 def main():
     options = arguments()
+    # Ended early, it still takes its copy and a hanging test with it.
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     part, parts = map(int, options.part.split("/"))
     repository = pathlib.Path(__file__).resolve().parents[2]
     tried = noticed = 0
