@@ -155,13 +155,17 @@ void AwaitEnd(HANDLE thread) {
   }
 }
 
+// Whether the close gave up at the handle's own lock.
+bool IsCloseRefused(const Trial& trial) {
+  return trial.FailedIn("pthread_mutex_lock", 1) || trial.FailedIn("pthread_mutex_unlock", 1);
+}
+
 ZEBCOMN_USE(CloseFailures, EndedThread, "tivCloseHandle") {
   HANDLE thread = NewThread(DoNothing, nullptr);
   AwaitEnd(thread);
   BOOL closed = FALSE;
   trial.Call([&] { closed = tivCloseHandle(thread); });
-  const bool refused =
-      trial.FailedIn("pthread_mutex_lock", 1) || trial.FailedIn("pthread_mutex_unlock", 1);
+  const bool refused = IsCloseRefused(trial);
   EXPECT_EQ(closed, refused ? FALSE : TRUE);
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
   if (trial.FailedIn("pthread_mutex_lock", 1)) {
@@ -179,8 +183,7 @@ ZEBCOMN_USE(CloseFailures, RunningThread, "tivCloseHandle") {
   __atomic_store_n(&bDummyThreadSignalled, 0, __ATOMIC_RELAXED);
   BOOL closed = FALSE;
   trial.Call([&] { closed = tivCloseHandle(thread); });
-  const bool refused =
-      trial.FailedIn("pthread_mutex_lock", 1) || trial.FailedIn("pthread_mutex_unlock", 1);
+  const bool refused = IsCloseRefused(trial);
   EXPECT_EQ(closed, refused ? FALSE : TRUE);
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
   EXPECT_EQ(tivSetEvent(gate.get()), TRUE);

@@ -7,8 +7,9 @@
 /// the armed part makes, then with the 2nd, and so on until the use passes without having met its
 /// failure; each call fails once with each of its errors. After each run the sweep checks that no
 /// memory, descriptor or lock is lost, that the thread can still be cancelled, and that the use
-/// passes without a failure once more. What a use does not ask for is checked too: `nErrno` must be
-/// as it was.
+/// passes without a failure once more; before each call of the first run, that exec() would leave
+/// no descriptor of the library's open. What a use does not ask for is checked too: `nErrno` must
+/// be as it was.
 ///
 /// To add a use, write
 ///
