@@ -2,7 +2,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <array>
@@ -11,6 +10,7 @@
 #include "tests/support/descriptors.h"
 #include "tests/support/error_slot.h"
 #include "tests/support/failing_call.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/fresh_process.h"
 #include "tests/support/next_function.h"
 #include "tests/support/scratch_dir.h"
@@ -112,8 +112,7 @@ TEST_F(FileFailuresTest, FailedWriteLeavesTheCountAlone) {
 // One call of the system each: what it did not take or give is the caller's to ask for again.
 TEST_F(FileFailuresTest, WriteThatIsCutShortIsASuccessWithItsCount) {
   const std::string found = zebcomn_test::RunInFreshProcess([this] {
-    const rlimit four_bytes = {4, 4};
-    if (setrlimit(RLIMIT_FSIZE, &four_bytes) != 0) return std::string("no limit");
+    if (!zebcomn_test::LimitFileSize(4)) return std::string("no limit");
     DWORD count = 77;
     const BOOL result = tivWriteFile(OpenFile(), "0123456789", 10, &count);
     return std::to_string(result) + " " + std::to_string(count) + " " + ReadFile(path_);

@@ -1,10 +1,11 @@
 /* Part of every test program in a coverage build: the counters are also written when a process ends
-   by _exit(), by abort() or by an assertion, as the children of the tests do, and from behind a
-   chroot(). */
+   by _exit(), by abort() or by an assertion, as the children of the tests do, from behind a
+   chroot() and under a limit of the size of files. */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -26,7 +27,15 @@ __attribute__((constructor)) static void RememberRoot(void) {
   real_root = high;
 }
 
+static void LiftFileSizeLimit(void) {
+  struct rlimit limit;
+  if (getrlimit(RLIMIT_FSIZE, &limit) != 0) return;
+  limit.rlim_cur = limit.rlim_max;
+  setrlimit(RLIMIT_FSIZE, &limit);
+}
+
 static void WriteCounters(void) {
+  LiftFileSizeLimit();
   if (fchdir(real_root) == 0 && chroot(".") != 0) {
     /* Not behind a chroot() then, or not allowed to have made one. */
   }

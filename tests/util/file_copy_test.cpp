@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,6 +13,7 @@
 
 #include "tests/support/descriptors.h"
 #include "tests/support/error_slot.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/fresh_process.h"
 #include "tests/support/private_host.h"
 #include "tests/support/scratch_dir.h"
@@ -204,8 +204,7 @@ TEST_F(FileCopyTest, PartlyWrittenDestinationStays) {
   const std::string source = scratch_.Write("source", Content(500000));
   const std::string result = zebcomn_test::RunInFreshProcess([&] {
     signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit = {200000, 200000};
-    if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return std::string("no limit");
+    if (!zebcomn_test::LimitFileSize(200000)) return std::string("no limit");
     return std::to_string(Copy(source, scratch_ / "copy"));
   });
   EXPECT_EQ(result, "0");

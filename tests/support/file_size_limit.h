@@ -1,0 +1,18 @@
+// Files that cannot grow.
+#pragma once
+
+#include <sys/resource.h>
+
+namespace zebcomn_test {
+
+/// Lets no file that this process writes grow past `bytes`; false when the system refuses. The hard
+/// limit stays as it is, so that a coverage build can still write its counters at the end of the
+/// process.
+inline bool LimitFileSize(rlim_t bytes) {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_FSIZE, &limit) != 0) return false;
+  limit.rlim_cur = bytes;
+  return setrlimit(RLIMIT_FSIZE, &limit) == 0;
+}
+
+}  // namespace zebcomn_test
