@@ -7,6 +7,7 @@
 #include <sys/times.h>
 #include <unistd.h>
 
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -19,6 +20,7 @@ std::optional<clock_t> fake_ticks;
 constexpr long kRealTicksPerSecond = -2;
 long fake_ticks_per_second = kRealTicksPerSecond;
 std::optional<std::time_t> fake_now;
+std::optional<int> fake_year;  // As the record has it, counted from 1900.
 bool cannot_break_down = false;
 
 template <typename Function>
@@ -52,7 +54,9 @@ INTERPOSED std::time_t time(std::time_t* out) noexcept {
 
 INTERPOSED tm* localtime_r(const std::time_t* moment, tm* fields) noexcept {
   if (cannot_break_down) return nullptr;
-  return Next<tm*(const std::time_t*, tm*)>("localtime_r")(moment, fields);
+  tm* const broken_down = Next<tm*(const std::time_t*, tm*)>("localtime_r")(moment, fields);
+  if (fake_year) fields->tm_year = *fake_year;
+  return broken_down;
 }
 
 namespace {
@@ -63,6 +67,7 @@ class Clock : public ::testing::Test {
     fake_ticks.reset();
     fake_ticks_per_second = kRealTicksPerSecond;
     fake_now.reset();
+    fake_year.reset();
     cannot_break_down = false;
   }
 };
@@ -166,6 +171,19 @@ TEST_F(ZonedClock, SystemTimeCountsMonthsFromOneAndWeekdaysFromSunday) {
   fake_now = 1735430400;
   tivGetSystemTime(&now);
   EXPECT_EQ(now.wDayOfWeek, 0);
+}
+
+TEST_F(Clock, SystemTimeKeepsTheLowSixteenBitsOfTheYear) {
+  TivSystemTime now{};
+  fake_year = 65535 - 1900;
+  tivGetSystemTime(&now);
+  EXPECT_EQ(now.wYear, 65535);
+  fake_year = 65536 - 1900;
+  tivGetSystemTime(&now);
+  EXPECT_EQ(now.wYear, 0);
+  fake_year = INT_MAX;  // The year is no int.
+  tivGetSystemTime(&now);
+  EXPECT_EQ(now.wYear, 1899);
 }
 
 TEST_F(Clock, SystemTimeLeavesANullRecordAlone) {

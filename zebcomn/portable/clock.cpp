@@ -10,7 +10,7 @@
 namespace {
 
 constexpr std::uint32_t kMillisecondsPerSecond = 1000;
-constexpr int kFirstYear = 1900;
+constexpr unsigned kFirstYear = 1900;
 
 static_assert(offsetof(TivSystemTime, wYear) == 0 && offsetof(TivSystemTime, wMonth) == 2 &&
                   offsetof(TivSystemTime, wDayOfWeek) == 4 && offsetof(TivSystemTime, wDay) == 6 &&
@@ -38,7 +38,8 @@ void tivGetSystemTime(TivSystemTime* time) {
   tm fields{};
   // Kept: local time, not UTC, despite the name.
   if (localtime_r(&now, &fields) == nullptr) return;
-  time->wYear = static_cast<uint16_t>(fields.tm_year + kFirstYear);
+  // The last years that the C library breaks down pass the end of an int.
+  time->wYear = static_cast<uint16_t>(static_cast<unsigned>(fields.tm_year) + kFirstYear);
   time->wMonth = static_cast<uint16_t>(fields.tm_mon + 1);
   time->wDayOfWeek = static_cast<uint16_t>(fields.tm_wday);
   time->wDay = static_cast<uint16_t>(fields.tm_mday);

@@ -16,7 +16,7 @@ ZEBCOMN_BEGIN_C
 
 /// A moment of local time. The field order is fixed.
 typedef struct TivSystemTime {
-  uint16_t wYear;          ///< All four digits.
+  uint16_t wYear;          ///< All four digits; from 65536 on it wraps.
   uint16_t wMonth;         ///< 1 to 12.
   uint16_t wDayOfWeek;     ///< 0 is Sunday.
   uint16_t wDay;           ///< 1 to 31.
@@ -33,7 +33,8 @@ typedef struct TivSystemTime {
 ZEBCOMN_EXPORT uint32_t tivGetTickCount(void);
 
 /// Fills `*time` with the current *local* time, despite its name. A null record is left alone; a
-/// moment that cannot be broken down gives a record of zeros.
+/// moment that cannot be broken down gives a record of zeros. No lock is taken: `zebcomn_timegm` in
+/// another thread can make the time come out in UTC.
 /// \param[out] time Receives the time; may be null.
 ZEBCOMN_EXPORT void tivGetSystemTime(TivSystemTime* time);
 
