@@ -80,6 +80,20 @@ TEST(PluginVersion, FailuresGiveZeroAndAnEmptyBuffer) {
   }
 }
 
+TEST(PluginVersion, ReadingLoadsAndLooksUpAndSoOverwritesTheMessages) {
+  const char* of_load = nullptr;
+  EXPECT_EQ(tivLoadLibrary(Module("version_is_not_there").c_str(), &of_load), nullptr);
+  const char* of_look_up = nullptr;
+  void* const program = dlopen(nullptr, RTLD_LAZY);
+  EXPECT_EQ(tivGetProcAddress(program, "no_such_symbol", &of_look_up), nullptr);
+  dlclose(program);
+  EXPECT_STRNE(of_load, "");
+  EXPECT_STRNE(of_look_up, "");
+  EXPECT_EQ(Read(kReaders[0], Module("version_1_2_3_4")), "1 0001000200030004");
+  EXPECT_STREQ(of_load, "");
+  EXPECT_STREQ(of_look_up, "");
+}
+
 TEST(PluginVersion, RefusedLoadGivesZero) {
   // What "DllMain" refuses stays loaded, so this is not one of the modules above.
   std::string path = Module("version_refused");

@@ -56,13 +56,14 @@ ZEBCOMN_EXPORT uintptr_t tiSO_ThreadAttach(void);
 
 /// Detaches the calling thread: closes its event and marks it as not attached. Does the second only
 /// for a thread that is not attached.
-/// \return 1, or 0 when there is no slot (`nErrno` 22).
+/// \return 1; 0 when there is no slot (`nErrno` 22), and with `nErrno` as it was when the mark
+/// cannot be stored.
 ZEBCOMN_EXPORT BOOL tiSO_ThreadDetach(void);
 
 /// Marks the calling thread as not attached, without closing an event that it may have: its handle
 /// is then the caller's to close. A thread that handed this one a lock may still be setting the
 /// event, which only tiSO_ThreadDetach waits for: close it when no lock is in use.
-/// \return 1, or 0 when there is no slot (`nErrno` 22).
+/// \return as tiSO_ThreadDetach().
 ZEBCOMN_EXPORT BOOL tiSO_ThreadAttachX(void);
 
 /// Does nothing; the counterpart of tiSO_ThreadAttachX.

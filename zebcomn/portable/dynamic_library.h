@@ -15,7 +15,8 @@
 ///  - A call that has a message pointer stores there, when it is not null, the address of its own
 ///    process-wide text: empty, or the reason of a failure. The text is the library's; the next
 ///    call of the same function, in any thread, overwrites it. Some calls make others inside:
-///    tivLoadLibraryW() a tivLoadLibrary(), a load and tivLoadString() a tivGetProcAddress().
+///    tivLoadLibraryW() a tivLoadLibrary(), a load and tivLoadString() a tivGetProcAddress(), the
+///    version stamps of plug-ins (zebcomn/util/plugin_version.h) both.
 ///  - Any number of threads may call.
 ///
 /// \par Example

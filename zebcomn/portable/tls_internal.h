@@ -20,8 +20,8 @@ inline uint32_t TlsStamp(DWORD slot) {
   return __builtin_expect(slot < TIV_TLS_SLOT_COUNT, 1) ? LoadAcquire(&g_tls_slots[slot].stamp) : 0;
 }
 
-/// tivTlsAlloc(), which also gives the stamp of the allocation: asked for afterwards, it may be
-/// that of somebody else's, because the end of a thread frees every slot. 0 on failure.
+/// tivTlsAlloc(), which also gives the stamp of the allocation, 0 on failure. Asked for afterwards,
+/// it may be that of somebody else's allocation, because the end of a thread frees every slot.
 DWORD AllocateTlsSlot(uint32_t& stamp);
 
 /// tivTlsGetValue(), tivTlsSetValue() and tivTlsFree(), which refuse the slot also when its

@@ -4,7 +4,8 @@
 /// \file
 /// What depends on the process's time zone: the zone itself and the environment variable "TZ"
 /// belong to the whole process, so these calls hold one mutex for all of their work. Code outside
-/// the library that changes "TZ" or calls `tzset` while other threads run should hold it too.
+/// the library that calls `tzset`, or reads or changes the environment, while other threads run
+/// should hold it too.
 /// `nErrno` is left alone.
 ///
 /// \par Example
