@@ -59,8 +59,20 @@ ZEBCOMN_USE_WITHOUT_CALLS(AgentFailures, Identity, "tivmcomn_get_agent_softwarei
   EXPECT_STREQ(wide, L"KZUAGENT4600WRLX");
 }
 
-// The module has no "DllMain", so that a failing look for it makes no difference. A table that
-// cannot be locked keeps its module, as it does when a library alone is given back.
+// A table that cannot be locked keeps its module, as it does when a library alone is given back.
+void ExpectGivenBack(const Trial& trial, const std::string& module) {
+  const bool stays = LibrariesInTable() != 0;
+  const bool locked_out = stays || trial.FailedIn("pthread_mutex_lock", 1);
+  EXPECT_EQ(trial.ErrorSlot(), locked_out ? EBUSY : kErrorLeftAlone);
+  if (!stays) return;
+  EXPECT_TRUE(trial.FailedIn("pthread_mutex_lock"));
+  void* const loaded = tivLoadLibrary(module.c_str(), nullptr);
+  EXPECT_EQ(tivFreeLibrary(loaded), TRUE);
+  EXPECT_EQ(tivFreeLibrary(loaded), TRUE);
+  EXPECT_EQ(LibrariesInTable(), 0);
+}
+
+// The module has no "DllMain", so that a failing look for it makes no difference.
 void CheckStamp(Trial& trial, int (*read)(char*, char*, unsigned), const std::string& expected) {
   const ExpectedLeak record_of_a_failed_load;
   std::string module = ZEBCOMN_SWEPT_PLUGIN;
@@ -70,17 +82,9 @@ void CheckStamp(Trial& trial, int (*read)(char*, char*, unsigned), const std::st
   const bool not_loaded = trial.FailedIn("pthread_mutex_lock", 1) || trial.FailedIn("calloc") ||
                           trial.FailedIn("dlopen");
   EXPECT_EQ(result, not_loaded || trial.FailedIn("dlsym", 2) ? 0 : 1);
-  const bool stays = LibrariesInTable() != 0;
-  const bool locked_out = stays || trial.FailedIn("pthread_mutex_lock", 1);
-  EXPECT_EQ(trial.ErrorSlot(), locked_out ? EBUSY : kErrorLeftAlone);
   EXPECT_EQ(stamp, result == 1 ? expected : "");
   if (trial.FailedIn("dlopen")) trial.Leaves({1, 0, 0}, "the record of a failed load");
-  if (!stays) return;
-  EXPECT_TRUE(trial.FailedIn("pthread_mutex_lock"));
-  void* const loaded = tivLoadLibrary(module.data(), nullptr);
-  EXPECT_EQ(tivFreeLibrary(loaded), TRUE);
-  EXPECT_EQ(tivFreeLibrary(loaded), TRUE);
-  EXPECT_EQ(LibrariesInTable(), 0);
+  ExpectGivenBack(trial, module);
 }
 
 ZEBCOMN_USE(PluginFailures, HexadecimalStamp, "tivmcomn_GetFileResourceVersionStamp") {
@@ -89,6 +93,21 @@ ZEBCOMN_USE(PluginFailures, HexadecimalStamp, "tivmcomn_GetFileResourceVersionSt
 
 ZEBCOMN_USE(PluginFailures, DottedStamp, "tivmcomn_GetFileResourceStringVersionStamp") {
   CheckStamp(trial, tivmcomn_GetFileResourceStringVersionStamp, "1.2.3.4");
+}
+
+// A module without the entry point is given back.
+ZEBCOMN_USE(PluginFailures, ModuleWithoutAVersion, "tivmcomn_GetFileResourceStringVersionStamp") {
+  const ExpectedLeak record_of_a_failed_load;
+  std::string module = ZEBCOMN_SWEPT_MODULE;
+  char stamp[32] = "as it was";
+  int result = 77;
+  trial.Call([&] {
+    result = tivmcomn_GetFileResourceStringVersionStamp(module.data(), stamp, sizeof stamp);
+  });
+  EXPECT_EQ(result, 0);
+  EXPECT_STREQ(stamp, "");
+  if (trial.FailedIn("dlopen")) trial.Leaves({1, 0, 0}, "the record of a failed load");
+  ExpectGivenBack(trial, module);
 }
 
 ZEBCOMN_USE(PluginFailures, AbsentModule, "tivmcomn_GetFileResourceVersionStamp") {

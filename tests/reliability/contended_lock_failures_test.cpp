@@ -21,7 +21,8 @@ bool HasRequests(const tiSO_SELock_t& lock) {
 
 // Waits for the lock that another thread holds and gives back once the request is queued. No
 // failure of the sleep ends the wait before the grant.
-void CheckWait(Trial& trial, BOOL exclusive) {
+template <typename Request>
+void CheckWait(Trial& trial, bool exclusive, const Request& request) {
   const AttachedLock lock;
   Worker holder;
   EXPECT_EQ(holder.Call([&] { return tiSO_SELockExclusive(lock.get(), FALSE); }), TRUE);
@@ -31,22 +32,27 @@ void CheckWait(Trial& trial, BOOL exclusive) {
     return TRUE;
   });
   BOOL granted = FALSE;
-  trial.Call([&] { granted = tiSO_SELock(lock.get(), exclusive, TRUE); });
+  trial.Call([&] { granted = request(lock.get()); });
   EXPECT_EQ(granted, TRUE);
   EXPECT_EQ(holder.Finish(), TRUE);
   EXPECT_EQ(lock.get()->count, 1U);
-  EXPECT_EQ(lock.get()->owner, exclusive == TRUE ? tiSO_GetThread() : TISO_NO_THREAD);
+  EXPECT_EQ(lock.get()->owner, exclusive ? tiSO_GetThread() : TISO_NO_THREAD);
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
   tiSO_SELockRelease(lock.get());
 }
 
 ZEBCOMN_USE(ContendedLockFailures, WriterWaits, "tiSO_SELock", "tiSO_SELockExclusive") {
-  CheckWait(trial, TRUE);
+  CheckWait(trial, true, [](tiSO_SELock_t* lock) { return tiSO_SELock(lock, TRUE, TRUE); });
 }
 
 ZEBCOMN_USE(ContendedLockFailures, ReaderWaits, "tiSO_SELock",
             "tiSO_SELockSharedWaitForExclusive") {
-  CheckWait(trial, FALSE);
+  CheckWait(trial, false, [](tiSO_SELock_t* lock) { return tiSO_SELock(lock, FALSE, TRUE); });
+}
+
+ZEBCOMN_USE(ContendedLockFailures, ReaderPastWritersWaits, "tiSO_SELockSharedStarveExclusive") {
+  CheckWait(trial, false,
+            [](tiSO_SELock_t* lock) { return tiSO_SELockSharedStarveExclusive(lock, TRUE); });
 }
 
 void ReleaseBy(Worker& worker, const AttachedLock& lock) {
@@ -69,7 +75,8 @@ ZEBCOMN_USE(ContendedLockFailures, WriterIsWoken, "tiSO_SELockRelease") {
   ReleaseBy(writer, lock);
 }
 
-ZEBCOMN_USE(ContendedLockFailures, ReadersAreWoken, "tiSO_SELockExclusiveToShared") {
+// `hand_over` lets both readers in; `grants` are out afterwards.
+void CheckReadersAreWoken(Trial& trial, void (*hand_over)(tiSO_SELock_t*), uint32_t grants) {
   const AttachedLock lock;
   Worker first;
   Worker second;
@@ -78,14 +85,22 @@ ZEBCOMN_USE(ContendedLockFailures, ReadersAreWoken, "tiSO_SELockExclusiveToShare
     StartAndQueue(*reader, lock.get(),
                   [&] { return tiSO_SELockSharedStarveExclusive(lock.get(), TRUE); });
   }
-  trial.Call([&] { tiSO_SELockExclusiveToShared(lock.get()); });
+  trial.Call([&] { hand_over(lock.get()); });
   EXPECT_EQ(first.Finish(), TRUE);
   EXPECT_EQ(second.Finish(), TRUE);
-  EXPECT_EQ(lock.get()->count, 3U);
+  EXPECT_EQ(lock.get()->count, grants);
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
   ReleaseBy(first, lock);
   ReleaseBy(second, lock);
-  tiSO_SELockRelease(lock.get());
+  if (grants == 3) tiSO_SELockRelease(lock.get());
+}
+
+ZEBCOMN_USE(ContendedLockFailures, ReadersAreWoken, "tiSO_SELockExclusiveToShared") {
+  CheckReadersAreWoken(trial, tiSO_SELockExclusiveToShared, 3);
+}
+
+ZEBCOMN_USE(ContendedLockFailures, ReadersAreWokenByARelease, "tiSO_SELockRelease") {
+  CheckReadersAreWoken(trial, tiSO_SELockRelease, 2);
 }
 
 }  // namespace

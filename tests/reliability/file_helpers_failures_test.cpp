@@ -160,19 +160,32 @@ ZEBCOMN_HOST_USE(FileHelperFailures, UserOfALongEntry, PutLongEntry, "tivmcomn_g
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
 
+/// How many directories of the path are asked for: each "/" is one, but for those at the front.
+int DirectoriesOf(const std::string& path) {
+  return static_cast<int>(std::count(path.begin() + 4, path.end(), '/'));
+}
+
 // The destination cannot be made, or is not filled; it may hold a part then. What the copy can do
 // without, does no harm: a large buffer, directories that exist, the look at the destination.
-void CheckCopy(Trial& trial, int overwrite, const std::string& old_text, size_t size = 3000) {
+void CheckCopy(Trial& trial, int overwrite, const std::string& old_text, size_t size = 3000,
+               const std::string& name = "destination") {
   const ScratchDir dir;
   const std::string text(size, 'x');
   std::string source = dir.Write("source", text);
-  std::string destination = dir / "destination";
-  if (!old_text.empty()) dir.Write("destination", old_text);
+  std::string destination = dir / name;
+  if (!old_text.empty()) dir.Write(name, old_text);
   BOOL copied = 77;
   trial.Call([&] { copied = tivmcomn_copy_file(source.data(), destination.data(), overwrite); });
-  const bool harmless = trial.FailedInAllocation() || trial.FailedIn("mkdir") ||
-                        trial.FailedIn("open", 1) || trial.FailedIn("close") ||
-                        trial.FailedIn("fclose", 1);
+  // The directories of the name are the last ones that are asked for.
+  bool no_directory = false;
+  for (int i = 0; i < std::count(name.begin(), name.end(), '/'); ++i) {
+    no_directory = no_directory || trial.FailedIn("mkdir", DirectoriesOf(destination) - i);
+  }
+  const bool writes_nothing =
+      size == 0 && (trial.FailedIn("fwrite") || trial.FailedIn("fwrite_unlocked"));
+  const bool harmless = trial.FailedInAllocation() || trial.FailedIn("open", 1) ||
+                        trial.FailedIn("close") || trial.FailedIn("fclose", 1) || writes_nothing ||
+                        (trial.FailedIn("mkdir") && !no_directory);
   const bool refused = overwrite == 0 && !old_text.empty();
   EXPECT_EQ(copied, refused || (trial.Failed() && !harmless) ? FALSE : TRUE);
   if (copied == TRUE) {
@@ -197,13 +210,29 @@ ZEBCOMN_USE(FileHelperFailures, CopyOverAFile, "tivmcomn_copy_file") {
   CheckCopy(trial, 1, "something else");
 }
 
-ZEBCOMN_USE(FileHelperFailures, RefusedCopy, "tivmcomn_copy_file") {
-  CheckCopy(trial, 0, "something else");
+ZEBCOMN_USE(FileHelperFailures, CopyIntoNewDirectories, "tivmcomn_copy_file") {
+  CheckCopy(trial, 0, "", 3000, "new/directories/destination");
 }
 
-/// How many directories of the path are asked for: each "/" is one, but for those at the front.
-int DirectoriesOf(const std::string& path) {
-  return static_cast<int>(std::count(path.begin() + 4, path.end(), '/'));
+ZEBCOMN_USE(FileHelperFailures, CopyOfAnEmptyFile, "tivmcomn_copy_file") {
+  CheckCopy(trial, 0, "", 0);
+}
+
+// Whatever is not known of the two files, neither loses anything.
+ZEBCOMN_USE(FileHelperFailures, CopyOntoItself, "tivmcomn_copy_file") {
+  const ScratchDir dir;
+  std::string file = dir.Write("file", "text");
+  std::string other_name = dir / "other name";
+  EXPECT_EQ(link(file.c_str(), other_name.c_str()), 0);
+  BOOL copied = 77;
+  trial.Call([&] { copied = tivmcomn_copy_file(file.data(), other_name.data(), 1); });
+  EXPECT_EQ(copied, FALSE);
+  EXPECT_EQ(ReadFile(file), "text");
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
+ZEBCOMN_USE(FileHelperFailures, RefusedCopy, "tivmcomn_copy_file") {
+  CheckCopy(trial, 0, "something else");
 }
 
 // A directory that cannot be made is passed over, and what lies below it cannot be made either.

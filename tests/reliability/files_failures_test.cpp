@@ -10,6 +10,7 @@
 #include "tests/portable/owned_handle.h"
 #include "tests/portable/tables_in_use.h"
 #include "tests/reliability/sweep.h"
+#include "tests/reliability/working_directory.h"
 #include "tests/support/scratch_dir.h"
 #include "zebcomn/portable/directory_search.h"
 #include "zebcomn/portable/file.h"
@@ -25,6 +26,7 @@ using zebcomn_test::ReadFile;
 using zebcomn_test::RecordOf;
 using zebcomn_test::ScratchDir;
 using zebcomn_test::Trial;
+using zebcomn_test::WorkingDirectory;
 
 HANDLE OpenFile(const std::string& path, DWORD flags = 0) {
   return tivCreateFileAW(path.c_str(), TIV_ACCESS_READ_WRITE, 0, nullptr, TIV_OPEN_ALWAYS, flags,
@@ -39,6 +41,50 @@ ZEBCOMN_USE(FileFailures, Open, "tivCreateFileAW") {
   EXPECT_EQ(file == nullptr, trial.Failed());
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
   EXPECT_EQ(tivCloseHandle(file), TRUE);
+}
+
+// What the opening has made of the file stays, also where there is no memory for a handle.
+void CheckOpening(Trial& trial, DWORD access_wanted, DWORD disposition, const char* before,
+                  const std::string& after) {
+  const ScratchDir dir;
+  const std::string path = dir / "file";
+  if (before != nullptr) dir.Write("file", before);
+  HANDLE file = nullptr;
+  trial.Call([&] {
+    file = tivCreateFileAW(path.c_str(), access_wanted, 0, nullptr, disposition, 0, nullptr);
+  });
+  EXPECT_EQ(file == nullptr, trial.Failed());
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+  EXPECT_EQ(tivCloseHandle(file), TRUE);
+  const bool is_there = access(path.c_str(), F_OK) == 0;
+  EXPECT_EQ(is_there, before != nullptr || !trial.FailedIn("open"));
+  if (is_there) {
+    EXPECT_EQ(ReadFile(path), trial.FailedIn("open") ? before : after);
+  }
+}
+
+ZEBCOMN_USE(FileFailures, OpenOfANewFile, "tivCreateFileAW") {
+  CheckOpening(trial, TIV_ACCESS_WRITE, TIV_CREATE_NEW, nullptr, "");
+}
+
+ZEBCOMN_USE(FileFailures, OpenOfAFileThatIsEmptied, "tivCreateFileAW") {
+  CheckOpening(trial, TIV_ACCESS_READ_WRITE, TIV_CREATE_ALWAYS, "text", "");
+}
+
+ZEBCOMN_USE(FileFailures, OpenOfAFileThatIsThere, "tivCreateFileAW") {
+  CheckOpening(trial, TIV_ACCESS_READ, TIV_OPEN_EXISTING, "text", "text");
+}
+
+ZEBCOMN_USE(FileFailures, OpenOfAnAbsentFile, "tivCreateFileAW") {
+  const ScratchDir dir;
+  const std::string path = dir / "absent";
+  HANDLE file = &trial;
+  trial.Call([&] {
+    file =
+        tivCreateFileAW(path.c_str(), TIV_ACCESS_READ, 0, nullptr, TIV_OPEN_EXISTING, 0, nullptr);
+  });
+  EXPECT_EQ(file, nullptr);
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
 
 ZEBCOMN_USE(FileFailures, Close, "tivCloseHandle") {
@@ -82,6 +128,19 @@ ZEBCOMN_USE(FileFailures, Transfer, "tivReadFile", "tivWriteFile", "tivSetFilePo
   EXPECT_EQ(read, trial.FailedIn("read") ? FALSE : TRUE);
   const DWORD expected = trial.FailedIn("write") ? 0 : 3;
   EXPECT_EQ(got, trial.FailedIn("read") ? 77U : expected);
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
+// The end of a file is a success with nothing read.
+ZEBCOMN_USE(FileFailures, ReadAtTheEnd, "tivReadFile") {
+  const ScratchDir dir;
+  const OwnedHandle file(OpenFile(dir / "file"));
+  DWORD got = 77;
+  BOOL read = 77;
+  char text[8] = "";
+  trial.Call([&] { read = tivReadFile(file.get(), text, sizeof text, &got, nullptr); });
+  EXPECT_EQ(read, trial.Failed() ? FALSE : TRUE);
+  EXPECT_EQ(got, trial.Failed() ? 77U : 0U);
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
 
@@ -176,6 +235,24 @@ ZEBCOMN_USE(SearchFailures, First, "tivFindFirstDirEnt") {
   }
 }
 
+ZEBCOMN_USE(SearchFailures, FirstInTheWorkingDirectory, "tivFindFirstDirEnt") {
+  const ScratchDir dir;
+  const WorkingDirectory here(dir.path());
+  dir.Write("found", "abc");
+  TivFindData data = {};
+  int32_t id = 0;
+  trial.Call([&] { id = tivFindFirstDirEnt("fou*", &data); });
+  const bool fails =
+      trial.Failed() && !trial.FailedIn("stat") && !trial.FailedIn("pthread_mutex_unlock");
+  EXPECT_EQ(id == -1, fails);
+  EXPECT_EQ(trial.ErrorSlot(), trial.FailedIn("malloc") ? EAGAIN : kErrorLeftAlone);
+  EXPECT_EQ(data.size, fails || trial.FailedIn("stat") ? 0U : 3U);
+  if (!fails) {
+    EXPECT_EQ(tivFindCloseDirEnt(id), TRUE);
+  }
+  EXPECT_EQ(OpenSearches(), 0);
+}
+
 ZEBCOMN_USE(SearchFailures, FirstWithoutAMatch, "tivFindFirstDirEnt") {
   const ScratchDir dir;
   const std::string pattern = dir / "absent";
@@ -201,6 +278,19 @@ ZEBCOMN_USE(SearchFailures, NextAndClose, "tivFindNextDirEnt", "tivFindCloseDirE
   EXPECT_EQ(closed, trial.FailedIn("closedir") ? FALSE : TRUE);
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
   EXPECT_EQ(OpenSearches(), 0);
+}
+
+ZEBCOMN_USE(SearchFailures, NextAtTheEnd, "tivFindNextDirEnt") {
+  const ScratchDir dir;
+  dir.Write("found", "");
+  TivFindData data = {};
+  const int32_t id = tivFindFirstDirEnt((dir / "found").c_str(), &data);
+  BOOL found = 77;
+  trial.Call([&] { found = tivFindNextDirEnt(id, &data); });
+  EXPECT_EQ(found, FALSE);
+  EXPECT_STREQ(data.name, "found") << "as it was";
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+  EXPECT_EQ(tivFindCloseDirEnt(id), TRUE);
 }
 
 ZEBCOMN_USE(SearchFailures, EntryData, "tivSetFindDataDirEnt") {

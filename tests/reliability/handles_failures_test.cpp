@@ -1,6 +1,7 @@
 // Events, mutexes, threads, thread-local storage and interlocked counters.
 #include <sched.h>
 
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 
@@ -300,6 +301,35 @@ ZEBCOMN_USE(TlsFailures, SetAndGet, "tivTlsSetValue", "tivTlsGetValue") {
   EXPECT_EQ(value, set == TRUE ? &object : nullptr);
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
   EXPECT_EQ(tivTlsFree(slot), TRUE);
+}
+
+ZEBCOMN_USE(TlsFailures, ValueReplaced, "tivTlsSetValue", "tivTlsGetValue") {
+  const DWORD slot = tivTlsAlloc();
+  int first = 0;
+  int second = 0;
+  BOOL set = FALSE;
+  void* value = nullptr;
+  EXPECT_EQ(tivTlsSetValue(slot, &first), TRUE);
+  trial.Call([&] { set = tivTlsSetValue(slot, &second); });
+  trial.Call([&] { value = tivTlsGetValue(slot); });
+  EXPECT_EQ(set, trial.Failed() ? FALSE : TRUE);
+  EXPECT_EQ(value, set == TRUE ? &second : &first) << "what could not be replaced stays";
+  EXPECT_EQ(tivTlsFree(slot), TRUE);
+}
+
+// A slot beyond the low ones, whose values a thread has at hand.
+ZEBCOMN_USE(TlsFailures, ValueInAHighSlot, "tivTlsSetValue", "tivTlsGetValue") {
+  std::array<DWORD, 40> slots{};
+  for (DWORD& slot : slots) slot = tivTlsAlloc();
+  const DWORD slot = slots.back();
+  int object = 0;
+  BOOL set = FALSE;
+  void* value = nullptr;
+  trial.Call([&] { set = tivTlsSetValue(slot, &object); });
+  trial.Call([&] { value = tivTlsGetValue(slot); });
+  EXPECT_EQ(set, trial.Failed() ? FALSE : TRUE);
+  EXPECT_EQ(value, set == TRUE ? &object : nullptr);
+  for (const DWORD taken : slots) EXPECT_EQ(tivTlsFree(taken), TRUE);
 }
 
 // A lock that cannot be had is gone without: the counter counts all the same.

@@ -134,6 +134,16 @@ ZEBCOMN_ENDING_USE(SeLockFailures, Registration, "malloc", "tiSO_SELockExclusive
   EXPECT_EQ(lock.get()->notify_list.next, nullptr) << "told that the lock is free";
 }
 
+ZEBCOMN_USE(SeLockFailures, NotificationOfAFreeLock, "tiSO_SELockExclusiveNotify") {
+  const AttachedLock lock;
+  BOOL granted = FALSE;
+  trial.Call([&] { granted = tiSO_SELockExclusiveNotify(lock.get(), Accept, 1, 2); });
+  EXPECT_EQ(granted, TRUE);
+  EXPECT_EQ(lock.get()->owner, tiSO_GetThread());
+  EXPECT_EQ(lock.get()->notify_list.next, nullptr);
+  tiSO_SELockRelease(lock.get());
+}
+
 ZEBCOMN_USE(SeLockFailures, Withdrawal, "tiSO_SELockExclusiveUnnotify") {
   const AttachedLock lock;
   EXPECT_EQ(tiSO_SELockSharedStarveExclusive(lock.get(), FALSE), TRUE);
@@ -144,6 +154,29 @@ ZEBCOMN_USE(SeLockFailures, Withdrawal, "tiSO_SELockExclusiveUnnotify") {
   EXPECT_EQ(withdrawn, TRUE);
   std::free(record);  // It is the caller's now.
   tiSO_SELockRelease(lock.get());
+}
+
+uint32_t Decline(uintptr_t /*first*/, uint32_t /*event*/, uintptr_t /*second*/,
+                 uint32_t /*reserved*/) {
+  return 1;
+}
+
+// A client that declines stays registered: at a withdrawal, and when the lock is free.
+ZEBCOMN_USE(SeLockFailures, ClientThatDeclines, "tiSO_SELockExclusiveUnnotify",
+            "tiSO_SELockRelease", "tiSO_Release") {
+  const Attached attached;
+  tiSO_SELock_t* lock = nullptr;
+  EXPECT_EQ(tiSO_SELockCreate(&lock), ZEBCOMN_STATUS_OK);
+  EXPECT_EQ(tiSO_SELockSharedStarveExclusive(lock, FALSE), TRUE);
+  EXPECT_EQ(tiSO_SELockExclusiveNotify(lock, Decline, 1, 2), FALSE);
+  const void* const record = lock->notify_list.next;
+  BOOL withdrawn = 77;
+  trial.Call([&] { withdrawn = tiSO_SELockExclusiveUnnotify(lock, Decline, 1, 2); });
+  trial.Call([&] { tiSO_SELockRelease(lock); });
+  EXPECT_EQ(withdrawn, FALSE);
+  EXPECT_EQ(lock->count, 0U);
+  EXPECT_EQ(lock->notify_list.next, record);
+  trial.Call([&] { tiSO_Release(lock); });
 }
 
 uint32_t AcceptAndCount(uintptr_t count, uint32_t /*event*/, uintptr_t /*second*/,
@@ -239,6 +272,38 @@ ZEBCOMN_USE(ListFailures, UseSll2, "tiSLL2_XInsertHead", "tiSLL2_XInsertTail", "
   });
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
   tiSLL2_Uninit(&list);
+}
+
+// Held shared by the thread itself, a list refuses an exclusive walk that does not wait.
+ZEBCOMN_USE(ListFailures, RefusedWalks, "tiSLL_XGetHead", "tiSLL2_XGetHead") {
+  const Attached attached;
+  tiSLL_t list = {};
+  tiSLL2_t list2 = {};
+  EXPECT_EQ(tiSLL_Init(&list), ZEBCOMN_STATUS_OK);
+  EXPECT_EQ(tiSLL2_Init(&list2), ZEBCOMN_STATUS_OK);
+  EXPECT_EQ(tiSLL_XGetHead(&list, FALSE, FALSE), nullptr);
+  EXPECT_EQ(tiSLL2_XGetHead(&list2, FALSE, FALSE), &list2.tail);
+  trial.Call([&] {
+    EXPECT_EQ(tiSLL_XGetHead(&list, TRUE, FALSE), TISLL_LOCK_REFUSED);
+    EXPECT_EQ(tiSLL2_XGetHead(&list2, TRUE, FALSE), nullptr);
+  });
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+  tiSLL_LockRelease(&list);
+  tiSLL2_LockRelease(&list2);
+  tiSLL_Uninit(&list);
+  tiSLL2_Uninit(&list2);
+}
+
+// Its elements are the caller's.
+ZEBCOMN_USE(ListFailures, UninitOfAFilledSll2, "tiSLL2_Uninit") {
+  const Attached attached;
+  tiSLL2_t list = {};
+  EXPECT_EQ(tiSLL2_Init(&list), ZEBCOMN_STATUS_OK);
+  tiLL2_element_t elements[2] = {};
+  for (tiLL2_element_t& element : elements) tiSLL2_XInsertTail(&list, &element);
+  trial.Call([&] { tiSLL2_Uninit(&list); });
+  EXPECT_EQ(list.head.next, &list.tail);
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
 
 ZEBCOMN_USE_WITHOUT_CALLS(ListFailures, IntrusiveLists, "tiLL_Init", "tiLL_IsEmpty",

@@ -299,4 +299,18 @@ ZEBCOMN_USE(LoaderFailures, WithoutTheTable, "load_shared_object_image",
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
 
+// The message is what is appended to the caller's text.
+ZEBCOMN_USE(LoaderFailures, AbsentFileWithoutTheTable, "load_shared_object_image") {
+  void* module = &trial;
+  BOOL loaded = 77;
+  char message[512] = "reason: ";
+  trial.Call([&] { loaded = load_shared_object_image(&module, "/nowhere/absent.so", message); });
+  EXPECT_EQ(loaded, FALSE);
+  EXPECT_EQ(module, &trial) << "as it was";
+  const std::string text = message;
+  EXPECT_EQ(text.rfind("reason: ", 0), 0U) << text;
+  EXPECT_EQ(text == "reason: ", trial.Failed());
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
 }  // namespace

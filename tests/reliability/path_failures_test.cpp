@@ -10,6 +10,7 @@
 
 #include "tests/reliability/out_of_memory.h"
 #include "tests/reliability/sweep.h"
+#include "tests/reliability/working_directory.h"
 #include "tests/support/scratch_dir.h"
 #include "zebcomn/portable/types.h"
 #include "zebcomn/util/delete_tree.h"
@@ -23,20 +24,7 @@ using zebcomn_test::kErrorLeftAlone;
 using zebcomn_test::PrivateHost;
 using zebcomn_test::ScratchDir;
 using zebcomn_test::Trial;
-
-/// The working directory for the length of a run.
-class WorkingDirectory {
- public:
-  explicit WorkingDirectory(const std::string& path) : old_(std::filesystem::current_path()) {
-    std::filesystem::current_path(path);
-  }
-  ~WorkingDirectory() { std::filesystem::current_path(old_); }
-  WorkingDirectory(const WorkingDirectory&) = delete;
-  WorkingDirectory& operator=(const WorkingDirectory&) = delete;
-
- private:
-  std::filesystem::path old_;
-};
+using zebcomn_test::WorkingDirectory;
 
 // A working directory that cannot be read counts as the root.
 ZEBCOMN_USE(PathFailures, Relative, "FileNameFlattener::FileNameFlattener",
@@ -100,6 +88,26 @@ ZEBCOMN_USE(PathFailures, ResolvedLink, "FileNameResolver::FileNameResolver",
   });
   // The working directory is asked for, but nothing here is relative to it.
   const bool fails = !done || trial.FailedIn("lstat") || trial.FailedIn("readlink");
+  EXPECT_EQ(resolved, !fails);
+  EXPECT_EQ(path, fails ? "as it was" : target);
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
+// The path is relative to the working directory, which is asked for first; no link is.
+ZEBCOMN_USE(PathFailures, ResolvedChain, "FileNameResolver::FileNameResolver") {
+  const ScratchDir dir;
+  const WorkingDirectory here(dir.path());
+  const std::string target = dir.Write("a-file-of-some-length", "");
+  EXPECT_EQ(symlink("./the-second-link-of-some-length", "the-first-link-of-some-length"), 0);
+  EXPECT_EQ(symlink(target.c_str(), "the-second-link-of-some-length"), 0);
+  std::string path = "as it was";
+  bool resolved = false;
+  const bool done = CallThatMayThrow(trial, [&] {
+    FileNameResolver resolver("the-first-link-of-some-length");
+    resolved = resolver.GetAbsolutePath(path);
+  });
+  const bool at_root = trial.FailedIn("operator new (nothrow)", 1) || trial.FailedIn("getcwd", 1);
+  const bool fails = !done || at_root || trial.FailedIn("lstat") || trial.FailedIn("readlink");
   EXPECT_EQ(resolved, !fails);
   EXPECT_EQ(path, fails ? "as it was" : target);
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);

@@ -277,6 +277,34 @@ ZEBCOMN_HOST_USE(CollectorFailures, NetworkWithALastKnownAddress, PutSystem,
   CheckNetwork(trial, L"192.0.2.200", L"192.0.2.7");
 }
 
+// An IPv6 address that nobody has: no address is of its family, and the first one is taken.
+ZEBCOMN_HOST_USE(CollectorFailures, NetworkWithALastKnownAddressOfNobody, PutSystem,
+                 "ISysProps::GetNetworkInformation") {
+  const LastKnown last_known(L"2001:db8:1111:2222:3333:4444:5555:7777");
+  CheckNetwork(trial, L"192.0.2.7", L"192.0.2.200");
+}
+
+void PutSystemWithoutAddresses(PrivateHost& host) {
+  PutSystem(host);
+  host.Ip("addr flush dev port0");
+}
+
+// The names are there all the same.
+ZEBCOMN_HOST_USE(CollectorFailures, NetworkWithoutAddresses, PutSystemWithoutAddresses,
+                 "ISysProps::GetNetworkInformation") {
+  ISysProps properties;
+  NetworkInformation info;
+  int result = 77;
+  if (!CallOrBadAlloc(trial, [&] { result = properties.GetNetworkInformation(info); })) return;
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(info.m_wstrIPAddress, DefaultProp_Val);
+  EXPECT_EQ(info.m_wstrIPXAddress, DefaultProp_Val);
+  if (!FailedInConversion(trial)) {
+    EXPECT_EQ(info.m_wstrComputerName, trial.FailedIn("uname") ? DefaultProp_Val : L"alpha");
+  }
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
 /// Whether every property but the file systems' own is there.
 void ExpectAllNames(const PropertyMap& props, bool with_portable) {
   for (const std::wstring* name : {&ComputerName_Key,

@@ -114,6 +114,34 @@ ZEBCOMN_USE(WaitFailures, WithoutLimit, "tivWaitForSingleObject") {
   EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
 }
 
+// Nothing but the record's lock can fail in a look that does not wait.
+ZEBCOMN_USE(WaitFailures, Look, "tivWaitForSingleObject") {
+  const OwnedHandle event(NewEvent());
+  DWORD result = TIV_WAIT_RESERVED;
+  trial.Call([&] { result = Poll(event.get()); });
+  EXPECT_EQ(result, trial.FailedIn("pthread_mutex_lock") ? TIV_WAIT_FAILED : TIV_WAIT_TIMEOUT);
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+}
+
+ZEBCOMN_USE(WaitFailures, WokenBeforeTheTimeOut, "tivWaitForSingleObject") {
+  constexpr DWORD kLong = 600;
+  const OwnedHandle event(NewEvent());
+  DWORD result = TIV_WAIT_RESERVED;
+  {
+    const Waker waker(event.record());
+    AwaitRoomInTheSecond();
+    trial.Call([&] { result = tivWaitForSingleObject(event.get(), kLong); });
+  }
+  const bool timed_out = trial.FailedIn("pthread_cond_timedwait") && trial.error() == ETIMEDOUT;
+  const DWORD failure = timed_out ? TIV_WAIT_TIMEOUT : TIV_WAIT_FAILED;
+  EXPECT_EQ(result, trial.Failed() ? failure : TIV_WAIT_SIGNALLED);
+  EXPECT_EQ(trial.ErrorSlot(), kErrorLeftAlone);
+  if (trial.FailedIn("gettimeofday")) {
+    trial.Leaves({0, 0, 1}, "a clock that cannot be read leaves the record locked");
+    EXPECT_EQ(pthread_mutex_unlock(&event.record()->mutex), 0);
+  }
+}
+
 ZEBCOMN_USE(WaitFailures, SeveralHandles, "tivWaitForMultipleObjects") {
   const OwnedHandle first(NewEvent());
   const OwnedHandle second(NewEvent(TRUE));
