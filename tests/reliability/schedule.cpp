@@ -43,6 +43,21 @@ std::atomic<unsigned> g_steps{0};
 std::atomic<unsigned> g_seed{0};
 std::array<char, 160> g_report{};
 
+// What this run of the program has done; printed at its end.
+struct Figures {
+  int scenarios = 0;
+  long schedules = 0;
+};
+Figures g_figures;
+
+class Summary : public testing::Environment {
+ public:
+  void TearDown() override {
+    std::printf("schedules: %ld over %d scenarios\n", g_figures.schedules, g_figures.scenarios);
+  }
+};
+[[maybe_unused]] const auto* const g_summary = testing::AddGlobalTestEnvironment(new Summary);
+
 // Numbers that are far apart for neighbouring seeds.
 ZEBCOMN_UNSANITIZED uint64_t Next(uint64_t* state) {
   *state += 0x9E3779B97F4A7C15ULL;
@@ -131,6 +146,7 @@ Schedules::Schedules(int short_count)
       left_(static_cast<int>(
           NumberFrom("ZEBCOMN_SCHEDULES", static_cast<unsigned>(Rounds(short_count))))) {
   g_steps = 0;
+  ++g_figures.scenarios;
   for (const int signo : kDeadlySignals) signal(signo, ReportAndDie);
   WatchDeath();
   WatchFreedMemory(true);
@@ -145,6 +161,7 @@ bool Schedules::Next() {
   }
   if (left_ <= 0) return false;
   --left_;
+  ++g_figures.schedules;
   begun_ = true;
   g_seed = seed_;
   Report();
