@@ -6,6 +6,7 @@
 #include <sys/utsname.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdarg>
 #include <string>
 #include <vector>
@@ -21,10 +22,15 @@ using Sources = std::vector<std::string>;
 
 Sources* g_asked = nullptr;  ///< Where sources are noted; null for nowhere.
 
+const Sources kAll = {"the node's names", "/proc/cpuinfo", "/proc/meminfo",
+                      "/etc/fstab",       "the user",      "/etc/zebosplatform.conf",
+                      "/etc/wrs-release"};
+
+// Nothing else is noted: a module that the C library loads to look up a host or a user may open
+// files of its own.
 void Note(const char* source) {
-  if (g_asked != nullptr && (g_asked->empty() || g_asked->back() != source)) {
-    g_asked->push_back(source);
-  }
+  if (g_asked == nullptr || std::find(kAll.begin(), kAll.end(), source) == kAll.end()) return;
+  if (g_asked->empty() || g_asked->back() != source) g_asked->push_back(source);
 }
 
 }  // namespace
@@ -73,10 +79,6 @@ Sources AskedBy(const Collect& collect) {
   g_asked = nullptr;
   return asked;
 }
-
-const Sources kAll = {"the node's names", "/proc/cpuinfo", "/proc/meminfo",
-                      "/etc/fstab",       "the user",      "/etc/zebosplatform.conf",
-                      "/etc/wrs-release"};
 
 TEST(SyspropsOrder, WholeCollectionAsksNetworkCpuMemoryDiskMiscAndOs) {
   EXPECT_EQ(AskedBy([](ISysProps& properties) {
