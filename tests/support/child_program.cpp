@@ -9,13 +9,15 @@
 
 namespace zebcomn_test {
 
-ChildProgram::ChildProgram(const std::vector<std::string>& arguments) : pid_(-1) {
+ChildProgram::ChildProgram(const std::vector<std::string>& arguments, int output) : pid_(-1) {
   std::vector<char*> words;
   for (const std::string& word : arguments) words.push_back(const_cast<char*>(word.c_str()));
   words.push_back(nullptr);
   pid_ = fork();
   if (pid_ < 0) throw std::runtime_error("fork failed");
   if (pid_ == 0) {
+    signal(SIGINT, SIG_DFL);
+    dup2(output, STDOUT_FILENO);
     execvp(words[0], words.data());
     _exit(127);
   }

@@ -1,6 +1,7 @@
 #include "tests/tools/terminal.h"
 
 #include <pty.h>
+#include <signal.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -37,6 +38,7 @@ Terminal::Terminal(const std::vector<std::string>& arguments) {
   pid_ = forkpty(&keyboard_, nullptr, &settings, nullptr);
   if (pid_ < 0) throw std::runtime_error("forkpty failed");
   if (pid_ == 0) {
+    signal(SIGINT, SIG_DFL);
     execvp(words[0], words.data());
     _exit(127);
   }

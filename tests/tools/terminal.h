@@ -12,7 +12,8 @@ namespace zebcomn_test {
 /// it shows has plain new lines, and what is typed is not shown.
 class Terminal {
  public:
-  /// Starts the program, searched in PATH. Throws when there can be no terminal or no process.
+  /// Starts the program, searched in PATH, which takes interrupts also where the test ignores
+  /// them. Throws when there can be no terminal or no process.
   explicit Terminal(const std::vector<std::string>& arguments);
   /// Hangs up, and waits for the program's end.
   ~Terminal();

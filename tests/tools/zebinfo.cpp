@@ -24,6 +24,14 @@ std::vector<std::string> ZebinfoWords(const std::vector<std::string>& arguments)
   return words;
 }
 
+std::vector<std::string> ZebinfoWordsInShell(const std::string& script,
+                                             const std::vector<std::string>& arguments,
+                                             const std::string& name) {
+  std::vector<std::string> words = {"sh", "-c", script, name};
+  for (const std::string& word : ZebinfoWords(arguments)) words.push_back(word);
+  return words;
+}
+
 std::string Everything(const CommandResult& result) {
   if (result.exit_status == 0 && result.err.empty()) return result.out;
   return result.out + "exit status " + std::to_string(result.exit_status) + "\n" + result.err;

@@ -22,6 +22,12 @@ CommandResult Zebinfo(std::vector<std::string> arguments,
 /// The words of a command that runs the zebinfo of this build on this machine.
 std::vector<std::string> ZebinfoWords(const std::vector<std::string>& arguments);
 
+/// The words of a command that runs the shell `script`, in which "$@" is that command and "$0" is
+/// `name`.
+std::vector<std::string> ZebinfoWordsInShell(const std::string& script,
+                                             const std::vector<std::string>& arguments,
+                                             const std::string& name = "sh");
+
 /// Everything about a finished zebinfo in one text, for a body in a private host to return: what it
 /// wrote, and, unless it did well and kept quiet, "exit status N" and what it complained about.
 std::string Everything(const CommandResult& result);

@@ -208,10 +208,9 @@ TEST(ZebinfoUsage, APortThatIsEmptyOrHasASignOrABlankOrIsBeyondTheHighestIsRefus
 }
 
 // What zebinfo leaves behind when a shell has changed its standard streams.
-CommandResult ZebinfoInShell(const std::string& script) {
-  std::vector<std::string> command = {"sh", "-c", script, "sh"};
-  for (const std::string& word : ZebinfoWords({"--list"})) command.push_back(word);
-  return RunCommand(command);
+CommandResult ZebinfoInShell(const std::string& script,
+                             const std::vector<std::string>& arguments = {"--list"}) {
+  return RunCommand(ZebinfoWordsInShell(script, arguments));
 }
 
 const std::string kSendItElsewhere = "Send it to a terminal, a pipe or a file that can take it.\n";
@@ -232,8 +231,7 @@ TEST(ZebinfoOutput, IntoAClosedStreamIsAnError) {
 class PipeThatDoesNotBlock {
  public:
   PipeThatDoesNotBlock() {
-    if (pipe(ends_.data()) != 0 || fcntl(ends_[0], F_SETFD, FD_CLOEXEC) != 0 ||
-        fcntl(ends_[1], F_SETFL, O_NONBLOCK) != 0) {
+    if (pipe2(ends_.data(), O_CLOEXEC) != 0 || fcntl(ends_[1], F_SETFL, O_NONBLOCK) != 0) {
       throw std::runtime_error("there can be no such pipe");
     }
     capacity_ = fcntl(ends_[1], F_SETPIPE_SZ, 1);
@@ -270,10 +268,7 @@ TEST(ZebinfoOutput, WaitsForItsReaderWhereWritingDoesNot) {
   const std::string whole = Zebinfo({"keys"}).out;
   const PipeThatDoesNotBlock output;
   if (output.capacity() >= whole.size()) GTEST_SKIP() << "this system's pipes hold all of it";
-  std::vector<std::string> command = {
-      "sh", "-c", "exec \"$@\" >&" + std::to_string(output.writing_end()), "sh"};
-  for (const std::string& word : ZebinfoWords({"keys"})) command.push_back(word);
-  ChildProgram program(command);
+  ChildProgram program(ZebinfoWords({"keys"}), output.writing_end());
   output.CloseWritingEnd();
   output.AwaitFull();
   const std::string seen = output.ReadAll();
@@ -284,25 +279,21 @@ TEST(ZebinfoOutput, WaitsForItsReaderWhereWritingDoesNot) {
 TEST(ZebinfoOutput, WhoseReaderHasGoneEndsItAsItEndsEveryFilter) {
   // The reader ends before zebinfo begins.
   const ScratchDir dir;
-  const std::string fifo = dir / "fifo";
-  const CommandResult result = ZebinfoInShell("mkfifo " + fifo + "; exec 3<>" + fifo + " 4>" +
-                                              fifo + "; exec 3>&-; " + "\"$@\" >&4; echo $?");
+  const CommandResult result = RunCommand(
+      ZebinfoWordsInShell("mkfifo \"$0\"; exec 3<>\"$0\" 4>\"$0\"; exec 3>&-; \"$@\" >&4; echo $?",
+                          {"--list"}, dir / "fifo"));
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(result.out, std::to_string(128 + SIGPIPE) + "\n");
 }
 
 TEST(ZebinfoOutput, HelpAndVersionAreWrittenLikeTheRest) {
   for (const char* const option : {"--help", "--version"}) {
-    std::vector<std::string> command = {"sh", "-c", "exec \"$@\" >/dev/full", "sh"};
-    for (const std::string& word : ZebinfoWords({option})) command.push_back(word);
-    EXPECT_EQ(RunCommand(command).exit_status, 1) << option;
+    EXPECT_EQ(ZebinfoInShell("exec \"$@\" >/dev/full", {option}).exit_status, 1) << option;
   }
 }
 
 TEST(ZebinfoOutput, ThatNobodyCanReadChangesNoExitStatus) {
-  std::vector<std::string> command = {"sh", "-c", "exec \"$@\" 2>&-", "sh"};
-  for (const std::string& word : ZebinfoWords({"--jsn"})) command.push_back(word);
-  const CommandResult result = RunCommand(command);
+  const CommandResult result = ZebinfoInShell("exec \"$@\" 2>&-", {"--jsn"});
   EXPECT_EQ(result.exit_status, 2);
   EXPECT_EQ(result.out, "");
 }

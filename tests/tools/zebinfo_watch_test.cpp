@@ -3,15 +3,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
+#include <cstdio>
+#include <optional>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "tests/support/child_program.h"
-#include "tests/support/scratch_dir.h"
 #include "tests/tools/terminal.h"
 #include "tests/tools/zebinfo.h"
 
@@ -20,6 +22,32 @@ namespace {
 
 using nlohmann::json;
 using ::testing::HasSubstr;
+
+// A program that runs beside the test, which reads what it writes.
+class ReadProgram {
+ public:
+  explicit ReadProgram(const std::vector<std::string>& command) {
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("there can be no pipe");
+    output_ = fdopen(ends[0], "r");
+    program_.emplace(command, ends[1]);
+    close(ends[1]);
+  }
+  ~ReadProgram() { fclose(output_); }
+  ReadProgram(const ReadProgram&) = delete;
+  ReadProgram& operator=(const ReadProgram&) = delete;
+
+  // The next line, with its end; empty behind the last.
+  std::string NextLine() {
+    char line[64] = "";
+    return fgets(line, sizeof line, output_) == nullptr ? "" : line;
+  }
+  ChildProgram& program() { return *program_; }
+
+ private:
+  FILE* output_;
+  std::optional<ChildProgram> program_;
+};
 
 TEST(ZebinfoWatch, GivesABareValueALineEachTime) {
   EXPECT_EQ(Everything(Zebinfo({"OSType", "--watch", "0.1", "--count", "3"})),
@@ -60,25 +88,14 @@ TEST(ZebinfoWatch, IsOfTheCommandsWhoseResultChanges) {
 }
 
 TEST(ZebinfoWatch, SeesWhatChanges) {
-  const ScratchDir dir;
-  const std::string fifo = dir / "fifo";
-  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
   if (std::string why = WhyNoPrivateHost(); !why.empty()) GTEST_SKIP() << why;
-  const std::string text = RunInPrivateHost([&fifo](PrivateHost& host) {
+  const std::string text = RunInPrivateHost([](PrivateHost& host) {
     host.PutFile("/etc/wrs-release", "Wind River Linux 3.0.3 standard\n");
-    std::vector<std::string> command = {"sh", "-c", "exec \"$@\" >" + fifo, "sh"};
-    for (const std::string& word :
-         ZebinfoWords({"OSVersion", "--watch", "0.1", "--count", "600"})) {
-      command.push_back(word);
-    }
-    ChildProgram program(command);
-    FILE* const output = fopen(fifo.c_str(), "r");
-    char line[64] = "";
-    std::string seen = fgets(line, sizeof line, output);
+    ReadProgram watch(ZebinfoWords({"OSVersion", "--watch", "0.1", "--count", "600"}));
+    const std::string seen = watch.NextLine();
     host.PutFile("/etc/wrs-release", "Wind River Linux 4.3 standard\n");
-    while (fgets(line, sizeof line, output) != nullptr && seen == line) {
-    }
-    fclose(output);
+    std::string line = seen;
+    while (line == seen) line = watch.NextLine();
     return seen + line;
   });
   EXPECT_EQ(text, "3.0.3\n4.3\n");
@@ -118,51 +135,29 @@ TEST(ZebinfoWatch, EndsWellWithCtrlC) {
 }
 
 TEST(ZebinfoWatch, EndsWellWithAnInterruptWhereThereIsNoTerminal) {
-  const ScratchDir dir;
-  const std::string fifo = dir / "fifo";
-  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
-  std::vector<std::string> command = {"sh", "-c", "exec \"$@\" >" + fifo, "sh"};
-  for (const std::string& word : ZebinfoWords({"OSType", "--watch", "86400"})) {
-    command.push_back(word);
-  }
-  ChildProgram program(command);
-  FILE* const output = fopen(fifo.c_str(), "r");
-  char line[64] = "";
-  EXPECT_STREQ(fgets(line, sizeof line, output), "Linux\n");
-  program.Send(SIGINT);
-  EXPECT_EQ(program.Wait(), 0);
-  fclose(output);
+  ReadProgram watch(ZebinfoWords({"OSType", "--watch", "86400"}));
+  EXPECT_EQ(watch.NextLine(), "Linux\n");
+  watch.program().Send(SIGINT);
+  EXPECT_EQ(watch.program().Wait(), 0);
 }
 
 TEST(ZebinfoWatch, GoesOnWhereInterruptsAreIgnored) {
-  const ScratchDir dir;
-  const std::string fifo = dir / "fifo";
-  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
   // So it is with a job that a script has put into the background.
-  std::vector<std::string> command = {"sh", "-c", "trap '' INT; exec \"$@\" >" + fifo, "sh"};
-  for (const std::string& word : ZebinfoWords({"OSType", "--watch", "0.1", "--count", "3"})) {
-    command.push_back(word);
-  }
-  ChildProgram program(command);
-  FILE* const output = fopen(fifo.c_str(), "r");
+  ReadProgram watch(ZebinfoWordsInShell("trap '' INT; exec \"$@\"",
+                                        {"OSType", "--watch", "0.1", "--count", "3"}));
   std::string seen;
-  char line[64] = "";
-  while (fgets(line, sizeof line, output) != nullptr) {
+  for (std::string line = watch.NextLine(); !line.empty(); line = watch.NextLine()) {
     seen += line;
-    program.Send(SIGINT);
+    watch.program().Send(SIGINT);
   }
-  EXPECT_EQ(program.Wait(), 0);
-  fclose(output);
+  EXPECT_EQ(watch.program().Wait(), 0);
   EXPECT_EQ(seen, "Linux\nLinux\nLinux\n");
 }
 
 TEST(ZebinfoWatch, EndsWithAFailureWhenItsReaderGoes) {
-  std::vector<std::string> command = {
-      "sh", "-c", "trap '' PIPE; { \"$@\"; echo \"exit status $?\" >&2; } | head -n 1", "sh"};
-  for (const std::string& word : ZebinfoWords({"OSType", "--watch", "0.1"})) {
-    command.push_back(word);
-  }
-  const CommandResult result = RunCommand(command);
+  const CommandResult result = RunCommand(
+      ZebinfoWordsInShell("trap '' PIPE; { \"$@\"; echo \"exit status $?\" >&2; } | head -n 1",
+                          {"OSType", "--watch", "0.1"}));
   EXPECT_EQ(result.out, "Linux\n");
   EXPECT_EQ(result.err,
             "zebinfo: cannot write the output: Broken pipe\n"
