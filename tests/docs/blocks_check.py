@@ -21,6 +21,7 @@ Two outputs have the same shape when they are JSON with the same names and kinds
 whose lines begin with the same words, numbers and names of the host apart.
 """
 import json
+import os
 import pathlib
 import re
 import shutil
@@ -88,8 +89,9 @@ class Checker:
         self.program_output = None
 
     def run(self, command, **options):
+        # gdb complains where there is no home.
         return subprocess.run([str(word) for word in command], capture_output=True, text=True,
-                              timeout=120, **options)
+                              timeout=120, env={**os.environ, "HOME": str(self.work)}, **options)
 
     def check(self, block):
         """The faults of one block."""

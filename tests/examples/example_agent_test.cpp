@@ -169,7 +169,7 @@ TEST_F(ExampleAgent, ReloadWithoutThePlugInGoesOnWithoutIt) {
     return lines + "status " + std::to_string(status);
   });
   EXPECT_THAT(story, MatchesRegex(std::string(kStarts) + "<14>\\[PELU\\]: reloading\n" +
-                                  "<11>\\[PELU\\]: plug-in [^ ]*: .*No such file or directory\n" +
+                                  "<11>\\[PELU\\]: plug-in [^\n]*: .*No such file or directory\n" +
                                   "<14>\\[PELU\\]: catalogue of alpha: [1-9][0-9]* properties\n" +
                                   kStops + "status 0"));
 }
@@ -183,8 +183,8 @@ TEST_F(ExampleAgent, PlugInForNoPlatformIsRefused) {
     return lines + result.err + "status " + std::to_string(result.exit_status);
   });
   EXPECT_THAT(story, MatchesRegex("<14>\\[PELU\\]: KZUAGENT4600WRLX \\{[-0-9A-F]+\\} starts\n"
-                                  "<11>\\[PELU\\]: plug-in [^ ]*: no support for WRLX:4:6:0\n"
-                                  "[^ ]*example_agent: plug-in [^ ]*: no support for WRLX:4:6:0\n"
+                                  "<11>\\[PELU\\]: plug-in [^\n]*: no support for WRLX:4:6:0\n"
+                                  "[^\n]*example_agent: plug-in [^\n]*: no support for WRLX:4:6:0\n"
                                   "status 1"));
 }
 
@@ -196,7 +196,7 @@ TEST_F(ExampleAgent, WithoutAPlugInItTellsWhoeverStartsIt) {
                          {{"LSAN_OPTIONS", "suppressions=" LEAKS_MEANT ":print_suppressions=0"}});
     return result.out + result.err + "status " + std::to_string(result.exit_status);
   });
-  EXPECT_THAT(story, MatchesRegex("[^ ]*example_agent: plug-in /nowhere/plugin.so: "
+  EXPECT_THAT(story, MatchesRegex("[^\n]*example_agent: plug-in /nowhere/plugin.so: "
                                   ".*No such file or directory\nstatus 1"));
 }
 

@@ -17,17 +17,17 @@ compadd() {
   if [[ \${@[1,(i)(-|--)]} == *-(O|A|D)\ * ]]; then builtin compadd "\$@"; return; fi
   local -a hits
   builtin compadd -O hits "\$@"
-  print -rl -- \$hits >>$scratch/offered
+  print -rl -- \$hits >>${(q)scratch}/offered
   builtin compadd "\$@"
 }
-finish() { print >>$scratch/finished; exit }
+finish() { print >>${(q)scratch}/finished; exit }
 comppostfuncs=(finish)
 print ready
 SETUP
   zpty shell zsh -f -i
-  zpty -w shell "source $scratch/setup"
+  zpty -w shell "source ${(q)scratch}/setup"
   while zpty -r shell line; do [[ $line == ready* ]] && break; done
-  zpty -w -n shell "${(j: :)@[2,-1]}"$'\t'
+  zpty -w -n shell "${(j: :)${(q)@[2,-2]}} ${@[-1]:+${(q)@[-1]}}"$'\t'
   while zpty -r shell line; do :; done
   [[ -e $scratch/finished ]] || { print -u2 "zsh completed nothing"; exit 1 }
   [[ ! -e $scratch/offered ]] || cat $scratch/offered

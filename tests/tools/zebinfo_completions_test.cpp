@@ -45,7 +45,7 @@ class ZebinfoCompletion : public ::testing::TestWithParam<Shell> {
     }
     std::string script = "#!/bin/sh\nexec";
     for (const std::string& word : EmulatorWords()) script += " " + word;
-    const std::string program = folder_.Write("zebinfo", script + " " ZEBINFO " \"$@\"\n");
+    const std::string program = folder_.Write("zebinfo", script + " '" ZEBINFO "' \"$@\"\n");
     ASSERT_EQ(chmod(program.c_str(), 0755), 0);
   }
 
@@ -58,6 +58,7 @@ class ZebinfoCompletion : public ::testing::TestWithParam<Shell> {
         RunCommand(command, {{"PATH", folder_.path() + ":" + getenv("PATH")},
                              {"HOME", folder_.path()},
                              {"COMPDUMP", SharedFolder() / "compdump"},
+                             {"LC_ALL", "C.UTF-8"},
                              {"TERM", "dumb"}});
     EXPECT_EQ(result.exit_status, 0) << ::testing::PrintToString(words);
     EXPECT_EQ(result.err, "") << ::testing::PrintToString(words);

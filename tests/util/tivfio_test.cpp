@@ -186,9 +186,9 @@ TEST(FolderExists, OneBackslashAtTheEndIsLeftOut) {
 
 TEST(FolderExists, PathIsCutAt259Bytes) {
   const ScratchDir scratch;
-  std::string path = scratch.path();
-  while (path.size() < 259) path += path.size() % 2 == 0 ? "/" : ".";
-  if (path.back() == '.') path.back() = '/';
+  std::string path = scratch.path() + "/";
+  while (path.size() + 2 <= 259) path += "./";
+  if (path.size() < 259) path += "/";
   EXPECT_EQ(FolderExists(path), TRUE);
   EXPECT_EQ(FolderExists(path + "absent"), TRUE) << "what follows byte 259 does not count";
   EXPECT_EQ(FolderExists(path + std::string(41, 'x')), TRUE);
