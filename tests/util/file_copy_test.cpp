@@ -80,6 +80,13 @@ TEST_F(FileCopyTest, ExistingDestinationIsReplacedWithOverwrite) {
   }
 }
 
+TEST_F(FileCopyTest, NothingOfTheOldDestinationIsLeftHoweverShortItWas) {
+  const std::string source = scratch_.Write("source", "");
+  const std::string destination = scratch_.Write("destination", "o");
+  EXPECT_EQ(Copy(source, destination), TRUE);
+  EXPECT_EQ(ReadFile(destination), "");
+}
+
 TEST_F(FileCopyTest, NewDestinationNeedsNoOverwrite) {
   EXPECT_EQ(Copy(scratch_.Write("source", "new"), scratch_ / "copy", 0), TRUE);
   EXPECT_EQ(ReadFile(scratch_ / "copy"), "new");
