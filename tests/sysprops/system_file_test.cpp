@@ -16,6 +16,7 @@
 
 #include "tests/support/descriptors.h"
 #include "tests/support/failing_call.h"
+#include "tests/support/fresh_process.h"
 #include "tests/support/scratch_dir.h"
 #include "zebcomn/sysprops/system_file_internal.h"
 
@@ -246,6 +247,17 @@ TEST(SystemFile, WholeTextIsRead) {
     if (size > 2) text[1] = '\n';
     EXPECT_EQ(zebcomn::ReadSystemFile(dir.Write("f", text).c_str()), text);
   }
+}
+
+// A service may have closed its standard input.
+TEST(SystemFile, IsReadUnderDescriptorZeroToo) {
+  const ScratchDir dir;
+  const std::string path = dir.Write("f", "key: 1\n");
+  const std::string read = zebcomn_test::RunInFreshProcess([&path] {
+    close(0);
+    return zebcomn::ReadSystemFile(path.c_str()) + Blockwise(path).first;
+  });
+  EXPECT_EQ(read, "key: 1\n 1");
 }
 
 TEST(SystemFile, LastLineWithTheWordGivesTheValue) {

@@ -68,7 +68,7 @@ std::size_t FindLast(std::string_view text, std::string_view word) {
 std::string ReadSystemFile(const char* path) {
   std::string text;
   const UniqueFd file = OpenForReading(path);
-  if (file.get() < 0) return text;
+  if (!file.IsOpen()) return text;
   std::array<char, 4096> buffer;
   while (text.size() < kMaxSystemFileSize) {
     const ssize_t got =
@@ -81,7 +81,7 @@ std::string ReadSystemFile(const char* path) {
 
 void ForEachLineBlock(const char* path, const std::function<void(std::string_view)>& take) {
   const UniqueFd file = OpenForReading(path);
-  if (file.get() < 0) return;
+  if (!file.IsOpen()) return;
   std::array<char, kBlockSize + 1> buffer;
   const auto give = [&](std::size_t size) {
     const char next = std::exchange(buffer[size], '\0');
