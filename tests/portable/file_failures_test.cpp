@@ -113,8 +113,10 @@ TEST_F(FileFailuresTest, FailedWriteLeavesTheCountAlone) {
 TEST_F(FileFailuresTest, WriteThatIsCutShortIsASuccessWithItsCount) {
   const std::string found = zebcomn_test::RunInFreshProcess([this] {
     if (!zebcomn_test::LimitFileSize(4)) return std::string("no limit");
+    const HANDLE file = OpenFile();
     DWORD count = 77;
-    const BOOL result = tivWriteFile(OpenFile(), "0123456789", 10, &count);
+    const BOOL result = tivWriteFile(file, "0123456789", 10, &count);
+    tivCloseHandle(file);
     return std::to_string(result) + " " + std::to_string(count) + " " + ReadFile(path_);
   });
   EXPECT_EQ(found, "1 4 0123ent");
