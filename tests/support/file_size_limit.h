@@ -1,5 +1,5 @@
-// Files that cannot grow.
-#pragma once
+#ifndef ZEBCOMN_TESTS_SUPPORT_FILE_SIZE_LIMIT_H_
+#define ZEBCOMN_TESTS_SUPPORT_FILE_SIZE_LIMIT_H_
 
 #include <sys/resource.h>
 
@@ -16,3 +16,5 @@ inline bool LimitFileSize(rlim_t bytes) {
 }
 
 }  // namespace zebcomn_test
+
+#endif  // ZEBCOMN_TESTS_SUPPORT_FILE_SIZE_LIMIT_H_
